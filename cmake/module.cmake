@@ -1,0 +1,57 @@
+# The product: RVK_mod_scroll2D.so. One list of sources, compiled once; the tests may link the same objects.
+
+add_library(scroll2d_objects OBJECT
+    scroll/scroll_table.cpp
+    buffer/fill.cpp
+    buffer/shift.cpp
+    buffer/plane_buffers.cpp
+    scroll/view.cpp
+    scroll/start.cpp
+    scroll/stop.cpp
+    scroll/camera.cpp
+    scroll/refresh.cpp
+    scroll/destination.cpp
+    render/plane_single.cpp
+    render/plane_layer.cpp
+    render/plane_parallax.cpp
+    render/routine_table.cpp
+    render/frame.cpp
+    render/sprites.cpp
+    render/services.cpp
+    module/lifecycle.cpp
+    module/registration.cpp)
+
+set_target_properties(scroll2d_objects PROPERTIES
+    POSITION_INDEPENDENT_CODE ON
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON)
+
+target_compile_options(scroll2d_objects PRIVATE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+    -fno-exceptions -fno-rtti -fno-threadsafe-statics
+    # A host may keep the stack on 4 bytes only; vector spills need 16 or 32.
+    -mstackrealign)
+
+if(NOT SCROLL2D_SANITIZE)
+    target_compile_options(scroll2d_objects PRIVATE
+        $<$<CONFIG:Release>:-O3>
+        # The finished file may import malloc, free and memcpy only: no memset or memmove made from loops.
+        -fno-tree-loop-distribute-patterns -fno-stack-protector
+        -ffunction-sections -fdata-sections)
+endif()
+
+add_library(RVK_mod_scroll2D MODULE $<TARGET_OBJECTS:scroll2d_objects>)
+set_target_properties(RVK_mod_scroll2D PROPERTIES
+    PREFIX ""
+    LINKER_LANGUAGE CXX
+    LINK_DEPENDS ${CMAKE_SOURCE_DIR}/module/exports.map)
+target_link_options(RVK_mod_scroll2D PRIVATE
+    -Wl,--version-script=${CMAKE_SOURCE_DIR}/module/exports.map -Wl,-z,defs -Wl,--gc-sections)
+if(SCROLL2D_SANITIZE)
+    # The sanitizers' runtime comes with the program that loads the module.
+    target_link_options(RVK_mod_scroll2D PRIVATE -Wl,-z,undefs)
+else()
+    # No C++ runtime; of libgcc only the static part (64-bit division, the processor check).
+    target_link_options(RVK_mod_scroll2D PRIVATE -nodefaultlibs)
+    target_link_libraries(RVK_mod_scroll2D PRIVATE c gcc)
+endif()

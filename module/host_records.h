@@ -1,0 +1,468 @@
+/*
+ * The records through which a host and RVK_mod_scroll2D meet.
+ *
+ * Host and module are built separately and share these layouts at run time, so each record is a format:
+ * little-endian 32-bit words, word i at byte 4*i, pointers 32 bits wide, every function a plain C function
+ * with 32-bit arguments. A word without a name belongs to the host and is never read or written by the module.
+ * The asserts under each record hold the layout.
+ *
+ * C99 and C++11 or later, 32-bit targets only. This header holds declarations and nothing else.
+ *
+ * Ownership: every record but ScrollSystemInterface is the host's. The module borrows, and never frees.
+ * Threads: one, the host's.
+ */
+#ifndef RVK_MOD_SCROLL2D_HOST_RECORDS_H
+#define RVK_MOD_SCROLL2D_HOST_RECORDS_H
+
+#ifdef __cplusplus
+#include <cstddef>
+#include <cstdint>
+extern "C" {
+#else
+#include <stddef.h>
+#include <stdint.h>
+#endif
+
+/* Words without a name. The language has no unnamed arrays, so the longer gaps are built from shorter ones. */
+#define RVK_GAP_1 uint32_t : 32;
+#define RVK_GAP_2 RVK_GAP_1 RVK_GAP_1
+#define RVK_GAP_3 RVK_GAP_2 RVK_GAP_1
+#define RVK_GAP_4 RVK_GAP_2 RVK_GAP_2
+#define RVK_GAP_5 RVK_GAP_4 RVK_GAP_1
+#define RVK_GAP_6 RVK_GAP_4 RVK_GAP_2
+#define RVK_GAP_8 RVK_GAP_4 RVK_GAP_4
+#define RVK_GAP_16 RVK_GAP_8 RVK_GAP_8
+#define RVK_GAP_32 RVK_GAP_16 RVK_GAP_16
+
+/* Holds a field to its word, or to its byte where it is smaller than a word. */
+#if defined(__cplusplus)
+#define RVK_LAYOUT(condition) static_assert(condition, #condition)
+#elif defined(__STDC_VERSION__) && __STDC_VERSION__ >= 201112L
+#define RVK_LAYOUT(condition) _Static_assert(condition, #condition)
+#else
+#define RVK_PASTE_(a, b) a##b
+#define RVK_PASTE(a, b) RVK_PASTE_(a, b)
+#define RVK_LAYOUT(condition) typedef char RVK_PASTE(rvk_layout_, __LINE__)[(condition) ? 1 : -1]
+#endif
+#define RVK_AT_BYTE(record, field, byte) RVK_LAYOUT(offsetof(record, field) == (byte))
+#define RVK_AT_WORD(record, field, word) RVK_AT_BYTE(record, field, 4 * (word))
+
+RVK_LAYOUT(sizeof(void*) == 4); /* build with a 32-bit target */
+
+/* ---- Maps, regions, points ---------------------------------------------------------------------------- */
+
+/* A position in pixels. */
+typedef struct __RVKPoint2D__ {
+    int32_t x;
+    int32_t y;
+} __RVKPoint2D__;
+RVK_AT_WORD(__RVKPoint2D__, y, 1);
+RVK_LAYOUT(sizeof(__RVKPoint2D__) == 8);
+
+/* A screen region in pixels, inclusive on all four edges. Both x come before both y. */
+typedef struct __RVKRegion__ {
+    int32_t x;  /* left */
+    int32_t x2; /* right, inclusive */
+    int32_t y;  /* top */
+    int32_t y2; /* bottom, inclusive */
+} __RVKRegion__;
+RVK_AT_WORD(__RVKRegion__, x, 0);
+RVK_AT_WORD(__RVKRegion__, x2, 1);
+RVK_AT_WORD(__RVKRegion__, y, 2);
+RVK_AT_WORD(__RVKRegion__, y2, 3);
+RVK_LAYOUT(sizeof(__RVKRegion__) == 16);
+
+/* A bitmap: a map, the screen, a destination. Rows are packed: `width` is the row length too. */
+typedef struct MapRecord {
+    RVK_GAP_1
+    int32_t width;  /* pixels */
+    int32_t height; /* rows */
+    RVK_GAP_4
+    void* pixels;       /* pixel (0,0); row after row at the depth of the video mode */
+    uint8_t alpha_flag; /* nonzero: byte 3 of each 32-bit pixel is its opacity */
+    uint8_t : 8;
+    uint16_t : 16;
+    int32_t cpoint_count; /* control points */
+    RVK_GAP_1
+    const __RVKPoint2D__* cpoints; /* point 0 is the reference point: where a scroll starts */
+} MapRecord;
+RVK_AT_WORD(MapRecord, width, 1);
+RVK_AT_WORD(MapRecord, height, 2);
+RVK_AT_WORD(MapRecord, pixels, 7);
+RVK_AT_WORD(MapRecord, alpha_flag, 8);
+RVK_AT_WORD(MapRecord, cpoint_count, 9);
+RVK_AT_WORD(MapRecord, cpoints, 11);
+
+/* A map's place in its file. */
+typedef struct MapEntry {
+    int32_t word0; /* nonzero: a process may be drawn with this map */
+    RVK_GAP_32 RVK_GAP_32 RVK_GAP_32 RVK_GAP_32 RVK_GAP_2
+    MapRecord* bitmap; /* null: the map has no pixels */
+} MapEntry;
+RVK_AT_WORD(MapEntry, word0, 0);
+RVK_AT_WORD(MapEntry, bitmap, 131);
+
+/* A file: a numbered package of maps. */
+typedef struct FileRecord {
+    RVK_GAP_1
+    int32_t word1; /* nonzero: processes may be drawn from this file */
+    int32_t word2; /* nonzero: the file holds something, a scroll may start from it */
+} FileRecord;
+RVK_AT_WORD(FileRecord, word1, 1);
+RVK_AT_WORD(FileRecord, word2, 2);
+
+/* The video mode. */
+typedef struct VideoInfo {
+    RVK_GAP_4
+    int32_t bits_per_pixel; /* 8, 16 or 32; any other value is treated as 8 */
+    RVK_GAP_3
+    uint8_t reset_flag; /* nonzero at an update: every scroll stops */
+} VideoInfo;
+RVK_AT_WORD(VideoInfo, bits_per_pixel, 4);
+RVK_AT_BYTE(VideoInfo, reset_flag, 32);
+
+/* ---- Processes ----------------------------------------------------------------------------------------- */
+
+/* A process's local data. The id of a process is the address of this block. */
+typedef struct ProcessLocals {
+    RVK_GAP_4
+    int32_t status; /* drawn when 2, or 4 and above */
+    RVK_GAP_4
+    int32_t scroll_mark; /* written 1 by the sprite pass once it has handled the process */
+    RVK_GAP_16
+    int32_t scroll_mask;        /* bit i: shown in scroll i; 0: in every scroll */
+    int32_t file;               /* file of the graphic */
+    int32_t graph;              /* map code of the graphic; written from the graph table */
+    const int32_t* graph_table; /* [0] count 1-256, then that many codes, negative = mirrored; null: none */
+    int32_t x;                  /* world position, 1/resolution pixel when resolution > 0 */
+    int32_t y;
+    int32_t z;          /* depth */
+    int32_t word33;     /* drawn only when greater than 0 */
+    int32_t region;     /* clip region, world coordinates */
+    int32_t resolution; /* divisor of x and y when greater than 0 */
+    RVK_GAP_2
+    int32_t word38; /* copied */
+    int32_t angle;  /* thousandths of a degree; written back into 0-359999 with a graph table */
+    int32_t size;   /* per cent, 100 = unscaled */
+    int32_t size_x; /* per cent */
+    int32_t size_y; /* per cent */
+    int32_t word43; /* copied; nonzero selects the general sprite routines */
+    int32_t word44; /* copied; nonzero selects the general sprite routines */
+    int32_t flags;  /* bit 0 mirrored; written from the graph table */
+    int32_t word46; /* copied */
+    int32_t word47; /* copied */
+    int32_t word48; /* copied */
+    int32_t word49; /* copied */
+} ProcessLocals;
+RVK_AT_WORD(ProcessLocals, status, 4);
+RVK_AT_WORD(ProcessLocals, scroll_mark, 9);
+RVK_AT_WORD(ProcessLocals, scroll_mask, 26);
+RVK_AT_WORD(ProcessLocals, file, 27);
+RVK_AT_WORD(ProcessLocals, graph, 28);
+RVK_AT_WORD(ProcessLocals, graph_table, 29);
+RVK_AT_WORD(ProcessLocals, x, 30);
+RVK_AT_WORD(ProcessLocals, y, 31);
+RVK_AT_WORD(ProcessLocals, z, 32);
+RVK_AT_WORD(ProcessLocals, word33, 33);
+RVK_AT_WORD(ProcessLocals, region, 34);
+RVK_AT_WORD(ProcessLocals, resolution, 35);
+RVK_AT_WORD(ProcessLocals, word38, 38);
+RVK_AT_WORD(ProcessLocals, angle, 39);
+RVK_AT_WORD(ProcessLocals, size, 40);
+RVK_AT_WORD(ProcessLocals, size_x, 41);
+RVK_AT_WORD(ProcessLocals, size_y, 42);
+RVK_AT_WORD(ProcessLocals, word43, 43);
+RVK_AT_WORD(ProcessLocals, word44, 44);
+RVK_AT_WORD(ProcessLocals, flags, 45);
+RVK_AT_WORD(ProcessLocals, word46, 46);
+RVK_AT_WORD(ProcessLocals, word47, 47);
+RVK_AT_WORD(ProcessLocals, word48, 48);
+RVK_AT_WORD(ProcessLocals, word49, 49);
+
+/* A process in one of the host's lists. */
+typedef struct ProcessNode {
+    RVK_GAP_2
+    ProcessLocals* data;
+    RVK_GAP_8 RVK_GAP_4
+    struct ProcessNode* next; /* next node of the same list, or null */
+} ProcessNode;
+RVK_AT_WORD(ProcessNode, data, 2);
+RVK_AT_WORD(ProcessNode, next, 15);
+
+typedef struct ProcessServices {
+    RVK_GAP_1
+    /* Head of the list of processes of a coordinate type, or null. The module asks for type 1, c_scroll. */
+    ProcessNode* (*FirstProcessOfType)(int32_t coordinate_type);
+    RVK_GAP_5
+    /* Nonzero when a live process has this id. [before a camera is read] */
+    int32_t (*ProcessExists)(int32_t process_id);
+} ProcessServices;
+RVK_AT_WORD(ProcessServices, FirstProcessOfType, 1);
+RVK_AT_WORD(ProcessServices, ProcessExists, 7);
+
+/* ---- Blit lists ---------------------------------------------------------------------------------------- */
+
+struct __RVKBlit2D__;
+
+/* Draws one blit entry. The host calls it with the entry itself. */
+typedef int32_t (*BlitRoutine)(struct __RVKBlit2D__* blit);
+
+/* One entry of a blit list. S: written for a scroll entry, P: for a process entry, L: for a layer entry. */
+typedef struct __RVKBlit2D__ {
+    int32_t id;           /* S   the scroll, 0-9; read back when the entry is drawn */
+    ProcessLocals* owner; /* S   null; P the process */
+    int32_t drawn;        /* S   set to 1 once the scroll has been drawn */
+    int32_t x;            /* S   bounding box on the destination, inclusive edges, pixels */
+    int32_t x2;
+    int32_t y;
+    int32_t y2;
+    RVK_GAP_4
+    const int32_t* graph_table; /* P   the process's graph table, or null */
+    int32_t pos_x;              /* P   position on the destination, pixels */
+    int32_t pos_y;
+    int32_t z; /* SPL depth key */
+    RVK_GAP_1
+    int32_t region;     /* P   the process's region number */
+    int32_t resolution; /* P */
+    RVK_GAP_2
+    int32_t word20; /* P   the process's word 38 */
+    int32_t angle;  /* P   thousandths of a degree, between -359999 and 359999 */
+    int32_t size;   /* P   per cent */
+    int32_t size_x; /* P   per cent */
+    int32_t size_y; /* P   per cent */
+    int32_t word25; /* P   the process's word 43 */
+    int32_t word26; /* P   the process's word 44 */
+    int32_t flags;  /* P */
+    int32_t word28; /* P   the process's word 46 */
+    int32_t word29; /* P   the process's word 47 */
+    int32_t word30; /* P   the process's word 48 */
+    int32_t word31; /* P   the process's word 49 */
+    RVK_GAP_4
+    int32_t has_clip; /* S   0; P 1: words 37-40 hold a clip rectangle */
+    int32_t clip_x;   /* P   destination pixels, inclusive edges */
+    int32_t clip_x2;
+    int32_t clip_y;
+    int32_t clip_y2;
+    RVK_GAP_1
+    MapRecord* bitmap; /* P   the graphic */
+    MapRecord* target; /* P   the bitmap to draw into */
+    BlitRoutine draw;  /* SPL the routine that draws this entry */
+} __RVKBlit2D__;
+RVK_AT_WORD(__RVKBlit2D__, id, 0);
+RVK_AT_WORD(__RVKBlit2D__, owner, 1);
+RVK_AT_WORD(__RVKBlit2D__, drawn, 2);
+RVK_AT_WORD(__RVKBlit2D__, x, 3);
+RVK_AT_WORD(__RVKBlit2D__, x2, 4);
+RVK_AT_WORD(__RVKBlit2D__, y, 5);
+RVK_AT_WORD(__RVKBlit2D__, y2, 6);
+RVK_AT_WORD(__RVKBlit2D__, graph_table, 11);
+RVK_AT_WORD(__RVKBlit2D__, pos_x, 12);
+RVK_AT_WORD(__RVKBlit2D__, pos_y, 13);
+RVK_AT_WORD(__RVKBlit2D__, z, 14);
+RVK_AT_WORD(__RVKBlit2D__, region, 16);
+RVK_AT_WORD(__RVKBlit2D__, resolution, 17);
+RVK_AT_WORD(__RVKBlit2D__, word20, 20);
+RVK_AT_WORD(__RVKBlit2D__, angle, 21);
+RVK_AT_WORD(__RVKBlit2D__, size, 22);
+RVK_AT_WORD(__RVKBlit2D__, size_x, 23);
+RVK_AT_WORD(__RVKBlit2D__, size_y, 24);
+RVK_AT_WORD(__RVKBlit2D__, word25, 25);
+RVK_AT_WORD(__RVKBlit2D__, word26, 26);
+RVK_AT_WORD(__RVKBlit2D__, flags, 27);
+RVK_AT_WORD(__RVKBlit2D__, word28, 28);
+RVK_AT_WORD(__RVKBlit2D__, word29, 29);
+RVK_AT_WORD(__RVKBlit2D__, word30, 30);
+RVK_AT_WORD(__RVKBlit2D__, word31, 31);
+RVK_AT_WORD(__RVKBlit2D__, has_clip, 36);
+RVK_AT_WORD(__RVKBlit2D__, clip_x, 37);
+RVK_AT_WORD(__RVKBlit2D__, clip_x2, 38);
+RVK_AT_WORD(__RVKBlit2D__, clip_y, 39);
+RVK_AT_WORD(__RVKBlit2D__, clip_y2, 40);
+RVK_AT_WORD(__RVKBlit2D__, bitmap, 42);
+RVK_AT_WORD(__RVKBlit2D__, target, 43);
+RVK_AT_WORD(__RVKBlit2D__, draw, 44);
+
+typedef struct BlitList {
+    RVK_GAP_6
+    __RVKBlit2D__** zorder; /* the list's entries in drawing order, once sorted */
+} BlitList;
+RVK_AT_WORD(BlitList, zorder, 6);
+
+/* ---- The module's services for the graphics module ----------------------------------------------------- */
+
+/* Scroll numbers are 0-9. A mask is a process's scroll_mask: 0 means every scroll, bit i scroll i.
+ * Results are 1 (success, yes) or 0 (failure, no). */
+typedef struct ScrollSystemInterface {
+    /* Draws the scroll of a scroll entry. [while the host draws its main list] */
+    int32_t (*BlitScroll2D)(__RVKBlit2D__* blit);
+    /* The world rectangle (x, y, w x h) in destination coordinates, not clipped. */
+    int32_t (*GetScrollRegion)(int32_t scroll, int32_t mask, int32_t x, int32_t y, int32_t w, int32_t h,
+                               __RVKRegion__* out);
+    /* What to add to a world position to get a destination position. */
+    int32_t (*GetScrollPoint)(int32_t scroll, int32_t mask, __RVKPoint2D__* out);
+    /* The positions of the planes; either output may be null, not both. */
+    int32_t (*GetScrollPos)(int32_t scroll, int32_t mask, __RVKPoint2D__* plane1, __RVKPoint2D__* plane2);
+    /* Whether a process with this mask is shown in this running scroll. */
+    int32_t (*GetProcessInScroll)(int32_t scroll, int32_t mask);
+    /* Whether the mask names scrolls, but not this one. */
+    int32_t (*GetProcessOutScroll)(int32_t scroll, int32_t mask);
+    /* Stops one scroll; ignores a number out of range. */
+    void (*StopScroll)(int32_t scroll);
+    /* Stops all ten. */
+    void (*StopAllScroll)(void);
+} ScrollSystemInterface;
+RVK_AT_WORD(ScrollSystemInterface, BlitScroll2D, 0);
+RVK_AT_WORD(ScrollSystemInterface, GetScrollRegion, 1);
+RVK_AT_WORD(ScrollSystemInterface, GetScrollPoint, 2);
+RVK_AT_WORD(ScrollSystemInterface, GetScrollPos, 3);
+RVK_AT_WORD(ScrollSystemInterface, GetProcessInScroll, 4);
+RVK_AT_WORD(ScrollSystemInterface, GetProcessOutScroll, 5);
+RVK_AT_WORD(ScrollSystemInterface, StopScroll, 6);
+RVK_AT_WORD(ScrollSystemInterface, StopAllScroll, 7);
+RVK_LAYOUT(sizeof(ScrollSystemInterface) == 32);
+
+/* ---- The host's runtime -------------------------------------------------------------------------------- */
+
+/* The host's 2-D graphics module. Its data words are never null while this module is loaded. */
+typedef struct Graphics2DInterface {
+    VideoInfo* Video;
+    RVK_GAP_1
+    MapRecord* ScreenMap; /* read again at an update */
+    RVK_GAP_1
+    __RVKRegion__* Regions; /* one entry for every number below RegionCount() */
+    RVK_GAP_8 RVK_GAP_6
+    /* Sprite routines: stored as the draw routine of process entries. */
+    BlitRoutine BlitSprite;               /* unrotated, 100 %, words 43 and 44 both 0 */
+    BlitRoutine BlitSpriteScaled;         /* unrotated, scaled */
+    BlitRoutine BlitSpriteRotated;        /* rotated, 100 % */
+    BlitRoutine BlitSpriteRotatedScaled;  /* rotated and scaled */
+    BlitRoutine BlitSpriteGeneral;        /* unrotated, word 43 or 44 nonzero */
+    BlitRoutine BlitSpriteRotatedGeneral; /* rotated, word 43 or 44 nonzero */
+    RVK_GAP_4
+    void* (*CreateBlitList)(const char* name, int32_t size, int32_t growth); /* both 256; once, at init */
+    int32_t (*SelectBlitList)(void* list); /* null: the main list. Nonzero on success */
+    __RVKBlit2D__* (*NewBlit)(void);       /* appended to the current list */
+    RVK_GAP_1
+    int32_t (*SortBlitList)(void);    /* the current list, into drawing order */
+    int32_t (*ClearBlitList)(void);   /* empties the current list */
+    BlitList* (*GetBlitList)(void);   /* the current list */
+    int32_t (*BlitListCount)(void);   /* entries in the current list */
+    RVK_GAP_3
+    FileRecord* (*GetFile)(int32_t file); /* null: none */
+    int32_t (*FileCount)(void);           /* file numbers are below it */
+    int32_t (*SystemGraphCount)(void);    /* graph numbers of file 0 are below it; elsewhere 1000 */
+    int32_t (*RegionCount)(void);         /* region numbers are below it */
+    MapEntry* (*GetMap)(int32_t file, int32_t graph); /* null: none */
+    int32_t (*RegionDefined)(int32_t region);         /* nonzero: the region has been defined */
+    RVK_GAP_32 RVK_GAP_6 RVK_GAP_1
+    const ScrollSystemInterface* ScrollSystem; /* written by this module at init */
+} Graphics2DInterface;
+RVK_AT_WORD(Graphics2DInterface, Video, 0);
+RVK_AT_WORD(Graphics2DInterface, ScreenMap, 2);
+RVK_AT_WORD(Graphics2DInterface, Regions, 4);
+RVK_AT_WORD(Graphics2DInterface, BlitSprite, 19);
+RVK_AT_WORD(Graphics2DInterface, BlitSpriteScaled, 20);
+RVK_AT_WORD(Graphics2DInterface, BlitSpriteRotated, 21);
+RVK_AT_WORD(Graphics2DInterface, BlitSpriteRotatedScaled, 22);
+RVK_AT_WORD(Graphics2DInterface, BlitSpriteGeneral, 23);
+RVK_AT_WORD(Graphics2DInterface, BlitSpriteRotatedGeneral, 24);
+RVK_AT_WORD(Graphics2DInterface, CreateBlitList, 29);
+RVK_AT_WORD(Graphics2DInterface, SelectBlitList, 30);
+RVK_AT_WORD(Graphics2DInterface, NewBlit, 31);
+RVK_AT_WORD(Graphics2DInterface, SortBlitList, 33);
+RVK_AT_WORD(Graphics2DInterface, ClearBlitList, 34);
+RVK_AT_WORD(Graphics2DInterface, GetBlitList, 35);
+RVK_AT_WORD(Graphics2DInterface, BlitListCount, 36);
+RVK_AT_WORD(Graphics2DInterface, GetFile, 40);
+RVK_AT_WORD(Graphics2DInterface, FileCount, 41);
+RVK_AT_WORD(Graphics2DInterface, SystemGraphCount, 42);
+RVK_AT_WORD(Graphics2DInterface, RegionCount, 43);
+RVK_AT_WORD(Graphics2DInterface, GetMap, 44);
+RVK_AT_WORD(Graphics2DInterface, RegionDefined, 45);
+RVK_AT_WORD(Graphics2DInterface, ScrollSystem, 85);
+
+typedef struct FrameState {
+    RVK_GAP_6 RVK_GAP_1
+    const uint8_t* suspend_flag; /* while that byte is nonzero, no scroll is scheduled */
+} FrameState;
+RVK_AT_WORD(FrameState, suspend_flag, 7);
+
+typedef struct HostRuntime {
+    uint8_t* GlobalData; /* the script's globals; read afresh at every use, since it may move */
+    RVK_GAP_2
+    ProcessServices* Processes;
+    RVK_GAP_5
+    int32_t (*ParamCount)(void); /* arguments of the script call being served */
+    RVK_GAP_4
+    int32_t (*PopInt)(void); /* the next argument, the last one first */
+    RVK_GAP_32 RVK_GAP_5
+    int32_t (*ReturnInt)(int32_t value); /* sets the result of the script call */
+    RVK_GAP_16
+    /* Reports a script error and returns. argument is 1-based, 0 means none in particular. */
+    int32_t (*RaiseError)(int32_t code, const char* function, int32_t zero, int32_t argument, int32_t value);
+    RVK_GAP_2
+    int32_t (*GlobalOffset)(int32_t zero, const char* name); /* byte offset in the globals; once, at init */
+    RVK_GAP_5
+    /* Ends a process (the second argument is 2); the node at which a walk of its list goes on, or null. */
+    ProcessNode* (*DeleteProcess)(ProcessLocals* process, int32_t two);
+    struct FrameState* FrameState;
+    Graphics2DInterface* Graphics;
+} HostRuntime;
+RVK_AT_WORD(HostRuntime, GlobalData, 0);
+RVK_AT_WORD(HostRuntime, Processes, 3);
+RVK_AT_WORD(HostRuntime, ParamCount, 9);
+RVK_AT_WORD(HostRuntime, PopInt, 14);
+RVK_AT_WORD(HostRuntime, ReturnInt, 52);
+RVK_AT_WORD(HostRuntime, RaiseError, 69);
+RVK_AT_WORD(HostRuntime, GlobalOffset, 72);
+RVK_AT_WORD(HostRuntime, DeleteProcess, 78);
+RVK_AT_WORD(HostRuntime, FrameState, 79);
+RVK_AT_WORD(HostRuntime, Graphics, 80);
+
+/* ---- Registration -------------------------------------------------------------------------------------- */
+
+/* Each table is copied by the host during the call and ends with a row of zeros. */
+typedef struct ConstantRow {
+    const char* name;
+    int32_t value;
+} ConstantRow;
+RVK_LAYOUT(sizeof(ConstantRow) == 8);
+
+typedef struct FunctionRow {
+    const char* signature;   /* "scroll_move(I)": the name and a type per argument */
+    const char* return_type; /* "I" */
+    int32_t zero;
+    int32_t (*handler)(void);
+} FunctionRow;
+RVK_AT_WORD(FunctionRow, handler, 3);
+RVK_LAYOUT(sizeof(FunctionRow) == 16);
+
+/* id: 1 init, 2 frame, 3 update (after a change of video mode), 4 release. */
+typedef struct HookRow {
+    int32_t id;
+    void (*function)(void);
+} HookRow;
+RVK_LAYOUT(sizeof(HookRow) == 8);
+
+/* Passed to the module's registration. The five slots are called once each, in this order. */
+typedef struct ExportRegistrar {
+    void (*RegisterConstants)(const ConstantRow* table);
+    RVK_GAP_3
+    void (*RegisterGlobals)(const char* declarations);
+    RVK_GAP_1
+    void (*RegisterFunctions)(const FunctionRow* table);
+    void (*RegisterHooks)(const HookRow* table);
+    RVK_GAP_1
+    HostRuntime* (*GetRuntime)(void); /* valid until the module is unloaded */
+} ExportRegistrar;
+RVK_AT_WORD(ExportRegistrar, RegisterConstants, 0);
+RVK_AT_WORD(ExportRegistrar, RegisterGlobals, 4);
+RVK_AT_WORD(ExportRegistrar, RegisterFunctions, 6);
+RVK_AT_WORD(ExportRegistrar, RegisterHooks, 7);
+RVK_AT_WORD(ExportRegistrar, GetRuntime, 9);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
