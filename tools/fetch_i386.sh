@@ -1,0 +1,114 @@
+#!/usr/bin/env bash
+# Brings the 32-bit libraries of tools/i386_packages.txt from Debian's i386 packages into a private tree.
+#
+# usage: fetch_i386.sh [TREE]        TREE defaults to build/i386
+#
+# Needs neither root nor a foreign architecture on the system: apt works on a state of its own, and packages are
+# unpacked, never installed. The C and C++ runtimes stay out of the tree: those come from g++-multilib, and a
+# second copy of their headers or libraries would be mixed with the first.
+set -euo pipefail
+
+root=$(cd "$(dirname "$0")/.." && pwd)
+tree=${1:-$root/build/i386}
+mapfile -t packages < <(sed 's/#.*//' "$root/tools/i386_packages.txt" | xargs -n1)
+stamp=$(printf '%s\n' "${packages[@]}")
+
+[[ -f $tree/.complete && $(< "$tree/.complete") == "$stamp" ]] && exit 0
+
+fail() { echo "fetch_i386: $*" >&2; exit 1; }
+
+. /etc/os-release
+codename=${VERSION_CODENAME:?this script needs a Debian system}
+state=$tree.apt
+unpacked=$tree.new
+rm -rf "$state" "$unpacked"
+mkdir -p "$state/lists/partial" "$state/archives/partial" "$unpacked"
+trap 'rm -rf "$state" "$unpacked"' EXIT
+: > "$state/status"
+
+# Binary sources of the release itself and its updates, as one-line entries, from one-line lists.
+list_sources() {
+    { cat /etc/apt/sources.list /etc/apt/sources.list.d/*.list 2> /dev/null || true; } | awk -v release="$codename" '
+        $1 == "deb" {
+            entry = $0; options = ""
+            if (match(entry, /\[[^]]*\]/)) {
+                options = substr(entry, RSTART, RLENGTH)
+                entry = substr(entry, 1, RSTART - 1) substr(entry, RSTART + RLENGTH)
+            }
+            signed = match(options, /signed-by=[^] ]+/) ? "[" substr(options, RSTART, RLENGTH) "] " : ""
+            n = split(entry, word)
+            if (word[3] == release || word[3] == release "-updates")
+                for (i = 4; i <= n; i++) if (word[i] == "main") print "deb " signed word[2], word[3], "main"
+        }'
+}
+
+# The same from stanzas.
+list_stanzas() {
+    local file
+    for file in /etc/apt/sources.list.d/*.sources; do
+        [[ -f $file ]] || continue
+        sed '/^#/d' "$file" | awk -v release="$codename" -v RS= -F'\n' '
+            {
+                delete field; name = ""
+                for (i = 1; i <= NF; i++) {
+                    if ($i ~ /^[^ \t:]+:/) { name = tolower($i); sub(/:.*/, "", name); sub(/^[^:]*:/, "", $i) }
+                    field[name] = field[name] " " $i
+                }
+                if (field["enabled"] ~ /no/ || field["types"] !~ /deb( |$)/ || field["components"] !~ / main( |$)/) next
+                split(field["signed-by"], key, " ")
+                signed = key[1] ~ /^\// ? "[signed-by=" key[1] "] " : ""
+                u = split(field["uris"], uri, " "); s = split(field["suites"], suite, " ")
+                for (i = 1; i <= u; i++) for (j = 1; j <= s; j++)
+                    if (suite[j] == release || suite[j] == release "-updates")
+                        print "deb " signed uri[i], suite[j], "main"
+            }'
+    done
+}
+
+{ list_sources; list_stanzas; } | sort -u > "$state/sources.list"
+[[ -s $state/sources.list ]] || fail "no Debian $codename source is configured under /etc/apt"
+
+apt_i386() {
+    apt-get -qq \
+        -o APT::Architecture=i386 -o APT::Architectures=i386 -o APT::Install-Recommends=false \
+        -o APT::Sandbox::User="$(id -un)" -o Acquire::Languages=none \
+        -o Dir::State="$state" -o Dir::State::status="$state/status" -o Dir::State::lists="$state/lists" \
+        -o Dir::Cache="$state" -o Dir::Cache::archives="$state/archives" -o Dir::Log="$state" \
+        -o Dir::Etc::sourcelist="$state/sources.list" -o Dir::Etc::sourceparts=/dev/null \
+        -o Debug::NoLocking=true "$@"
+}
+
+echo "fetching 32-bit libraries: ${packages[*]}" >&2
+apt_i386 update || fail "the package lists cannot be read"
+# Libraries come with what they depend on. Of a -dev package only the package itself is wanted: its dependencies
+# are the headers of every library behind it, ten times the size of the rest.
+mapfile -t headers < <(printf '%s\n' "${packages[@]}" | grep -e '-dev$')
+mapfile -t libraries < <(printf '%s\n' "${packages[@]}" | grep -v -e '-dev$')
+{
+    apt_i386 --download-only --yes install "${libraries[@]}" &&
+    cd "$state/archives" && apt_i386 download "${headers[@]}"
+} > "$state/log" 2>&1 || { cat "$state/log" >&2; fail "the packages cannot be fetched"; }
+
+for package in "$state"/archives/*.deb; do
+    case $(basename "$package") in
+        libc6_* | libc6-* | libc-* | libcrypt* | libgcc-s1_* | libstdc++* | gcc-*-base_* | linux-libc-dev_*) continue ;;
+    esac
+    dpkg-deb -x "$package" "$unpacked"
+done
+
+# One library folder, and no link that leads out of the tree.
+if [[ -d $unpacked/lib ]]; then
+    cp -a "$unpacked/lib/." "$unpacked/usr/lib/"
+    rm -rf "$unpacked/lib"
+fi
+find "$unpacked" -type l -lname '/*' | while read -r link; do
+    target=$(readlink "$link")
+    target=$unpacked/usr/${target#/}
+    target=${target/\/usr\/usr\//\/usr\/}
+    if [[ -e $target ]]; then ln -sfr "$target" "$link"; else rm "$link"; fi
+done
+rm -rf "$unpacked/usr/share/doc" "$unpacked/usr/share/man" "$unpacked/usr/share/locale"
+
+rm -rf "$tree"
+mv "$unpacked" "$tree"
+printf '%s\n' "$stamp" > "$tree/.complete"
