@@ -1,0 +1,66 @@
+// A shared record with a pattern in every word that has no name, so that a write to such a word shows.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "module/host_records.h"
+
+namespace host {
+
+// The pattern of word i of any record: unlikely as a size, a coordinate or an address.
+[[nodiscard]] constexpr std::uint32_t pattern_word(std::size_t i) {
+    return 0xD1CE0000U | static_cast<std::uint32_t>(i & 0xFFFFU);
+}
+
+// The words of a record that have a name. All others belong to the host alone.
+struct NamedWords {
+    const char* record;
+    std::vector<bool> named;
+};
+template <class Record>
+[[nodiscard]] const NamedWords& named_words();
+
+// Appends to `violations` one line per word in `words` that is not named and has lost its pattern.
+void check_pattern(const NamedWords& names, const std::uint32_t* words, std::size_t count,
+                   const std::string& which, std::vector<std::string>& violations);
+
+// A record followed by words that lie past its end as the module knows it; a real host's records go on there.
+template <class Record>
+class Patterned {
+  public:
+    Patterned() { fill(); }
+    Patterned(const Patterned&) = delete;
+    Patterned& operator=(const Patterned&) = delete;
+
+    [[nodiscard]] Record& get() { return storage_.record; }
+    [[nodiscard]] const Record& get() const { return storage_.record; }
+
+    // Puts the pattern into every word, the named ones included.
+    void fill() {
+        std::array<std::uint32_t, kWords> words;
+        for (std::size_t i = 0; i < kWords; ++i) words[i] = pattern_word(i);
+        std::memcpy(static_cast<void*>(&storage_), words.data(), sizeof storage_);
+    }
+
+    // `which` tells this record from others of its kind in the lines appended to `violations`.
+    void check(const std::string& which, std::vector<std::string>& violations) const {
+        std::array<std::uint32_t, kWords> words;
+        std::memcpy(words.data(), static_cast<const void*>(&storage_), sizeof storage_);
+        check_pattern(named_words<Record>(), words.data(), kWords, which, violations);
+    }
+
+  private:
+    static constexpr std::size_t kTail = 8;
+    static constexpr std::size_t kWords = sizeof(Record) / 4 + kTail;
+    struct {
+        Record record;
+        std::uint32_t tail[kTail];
+    } storage_;
+};
+
+}  // namespace host
