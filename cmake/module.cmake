@@ -2,9 +2,11 @@
 
 add_library(scroll2d_objects OBJECT
     scroll/scroll_table.cpp
+    scroll/script_call.cpp
     buffer/fill.cpp
     buffer/shift.cpp
     buffer/plane_buffers.cpp
+    buffer/check_ring.cpp
     scroll/view.cpp
     scroll/start.cpp
     scroll/stop.cpp

@@ -3,8 +3,8 @@
  *
  * Host and module are built separately and share these layouts at run time, so each record is a format:
  * little-endian 32-bit words, word i at byte 4*i, pointers 32 bits wide, every function a plain C function
- * with 32-bit arguments. A word without a name belongs to the host and is never read or written by the module.
- * The asserts under each record hold the layout.
+ * with 32-bit arguments. A word without a name belongs to the host and is never read or written by the
+ * module. The asserts under each record hold the layout.
  *
  * C99 and C++11 or later, 32-bit targets only. This header holds declarations and nothing else.
  *
@@ -23,8 +23,11 @@ extern "C" {
 #include <stdint.h>
 #endif
 
-/* Words without a name. The language has no unnamed arrays, so the longer gaps are built from shorter ones. */
-#define RVK_GAP_1 uint32_t : 32;
+/* Words without a name. The language has no unnamed arrays, so the longer gaps are built from shorter ones.
+ */
+#define RVK_GAP_1 \
+    uint32_t:     \
+    32;
 #define RVK_GAP_2 RVK_GAP_1 RVK_GAP_1
 #define RVK_GAP_3 RVK_GAP_2 RVK_GAP_1
 #define RVK_GAP_4 RVK_GAP_2 RVK_GAP_2
@@ -96,8 +99,7 @@ RVK_AT_WORD(MapRecord, cpoints, 11);
 /* A map's place in its file. */
 typedef struct MapEntry {
     int32_t word0; /* nonzero: a process may be drawn with this map */
-    RVK_GAP_32 RVK_GAP_32 RVK_GAP_32 RVK_GAP_32 RVK_GAP_2
-    MapRecord* bitmap; /* null: the map has no pixels */
+    RVK_GAP_32 RVK_GAP_32 RVK_GAP_32 RVK_GAP_32 RVK_GAP_2 MapRecord* bitmap; /* null: the map has no pixels */
 } MapEntry;
 RVK_AT_WORD(MapEntry, word0, 0);
 RVK_AT_WORD(MapEntry, bitmap, 131);
@@ -183,8 +185,7 @@ RVK_AT_WORD(ProcessLocals, word49, 49);
 typedef struct ProcessNode {
     RVK_GAP_2
     ProcessLocals* data;
-    RVK_GAP_8 RVK_GAP_4
-    struct ProcessNode* next; /* next node of the same list, or null */
+    RVK_GAP_8 RVK_GAP_4 struct ProcessNode* next; /* next node of the same list, or null */
 } ProcessNode;
 RVK_AT_WORD(ProcessNode, data, 2);
 RVK_AT_WORD(ProcessNode, next, 15);
@@ -331,8 +332,8 @@ typedef struct Graphics2DInterface {
     RVK_GAP_1
     __RVKRegion__* Regions; /* one entry for every number below RegionCount() */
     RVK_GAP_8 RVK_GAP_6
-    /* Sprite routines: stored as the draw routine of process entries. */
-    BlitRoutine BlitSprite;               /* unrotated, 100 %, words 43 and 44 both 0 */
+        /* Sprite routines: stored as the draw routine of process entries. */
+        BlitRoutine BlitSprite;           /* unrotated, 100 %, words 43 and 44 both 0 */
     BlitRoutine BlitSpriteScaled;         /* unrotated, scaled */
     BlitRoutine BlitSpriteRotated;        /* rotated, 100 % */
     BlitRoutine BlitSpriteRotatedScaled;  /* rotated and scaled */
@@ -343,10 +344,10 @@ typedef struct Graphics2DInterface {
     int32_t (*SelectBlitList)(void* list); /* null: the main list. Nonzero on success */
     __RVKBlit2D__* (*NewBlit)(void);       /* appended to the current list */
     RVK_GAP_1
-    int32_t (*SortBlitList)(void);    /* the current list, into drawing order */
-    int32_t (*ClearBlitList)(void);   /* empties the current list */
-    BlitList* (*GetBlitList)(void);   /* the current list */
-    int32_t (*BlitListCount)(void);   /* entries in the current list */
+    int32_t (*SortBlitList)(void);  /* the current list, into drawing order */
+    int32_t (*ClearBlitList)(void); /* empties the current list */
+    BlitList* (*GetBlitList)(void); /* the current list */
+    int32_t (*BlitListCount)(void); /* entries in the current list */
     RVK_GAP_3
     FileRecord* (*GetFile)(int32_t file); /* null: none */
     int32_t (*FileCount)(void);           /* file numbers are below it */
@@ -354,8 +355,8 @@ typedef struct Graphics2DInterface {
     int32_t (*RegionCount)(void);         /* region numbers are below it */
     MapEntry* (*GetMap)(int32_t file, int32_t graph); /* null: none */
     int32_t (*RegionDefined)(int32_t region);         /* nonzero: the region has been defined */
-    RVK_GAP_32 RVK_GAP_6 RVK_GAP_1
-    const ScrollSystemInterface* ScrollSystem; /* written by this module at init */
+    RVK_GAP_32 RVK_GAP_6
+        RVK_GAP_1 const ScrollSystemInterface* ScrollSystem; /* written by this module at init */
 } Graphics2DInterface;
 RVK_AT_WORD(Graphics2DInterface, Video, 0);
 RVK_AT_WORD(Graphics2DInterface, ScreenMap, 2);
@@ -382,8 +383,7 @@ RVK_AT_WORD(Graphics2DInterface, RegionDefined, 45);
 RVK_AT_WORD(Graphics2DInterface, ScrollSystem, 85);
 
 typedef struct FrameState {
-    RVK_GAP_6 RVK_GAP_1
-    const uint8_t* suspend_flag; /* while that byte is nonzero, no scroll is scheduled */
+    RVK_GAP_6 RVK_GAP_1 const uint8_t* suspend_flag; /* while that byte is nonzero, no scroll is scheduled */
 } FrameState;
 RVK_AT_WORD(FrameState, suspend_flag, 7);
 
@@ -394,9 +394,8 @@ typedef struct HostRuntime {
     RVK_GAP_5
     int32_t (*ParamCount)(void); /* arguments of the script call being served */
     RVK_GAP_4
-    int32_t (*PopInt)(void); /* the next argument, the last one first */
-    RVK_GAP_32 RVK_GAP_5
-    int32_t (*ReturnInt)(int32_t value); /* sets the result of the script call */
+    int32_t (*PopInt)(void);                                  /* the next argument, the last one first */
+    RVK_GAP_32 RVK_GAP_5 int32_t (*ReturnInt)(int32_t value); /* sets the result of the script call */
     RVK_GAP_16
     /* Reports a script error and returns. argument is 1-based, 0 means none in particular. */
     int32_t (*RaiseError)(int32_t code, const char* function, int32_t zero, int32_t argument, int32_t value);

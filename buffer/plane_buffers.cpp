@@ -1,0 +1,77 @@
+#include <cstdint>
+#include <cstdlib>
+
+#include "buffer/buffer.h"
+#include "module/numbers.h"
+#include "render/routine_pointers.h"
+#include "scroll/scroll_table.h"
+
+namespace scroll2d {
+
+bool buffers_fit(const ScrollRecord& r) {
+    return r.buffer1 != nullptr && r.made_width == r.width && r.made_height == r.height &&
+           r.made_pixel_bytes == routine_pixel_bytes && r.width >= 1 && r.height >= 1;
+}
+
+BufferSize size_buffers(ScrollRecord& r) {
+    const std::int64_t width = r.width;
+    const std::int64_t height = r.height;
+    const std::int64_t pitch = routine_pixel_bytes * width;
+    r.ring_size = wrap32(width * height);
+    r.pitch = wrap32(pitch);
+    r.last_row_offset = wrap32((height - 1) * width);
+    r.last_row_bytes = wrap32((height - 1) * r.pitch);
+
+    const std::int64_t pixels = (height + 1) * width;  // below 2^63: both factors are below 2^31 + 1
+    const bool fits = pixels <= int32_max / routine_pixel_bytes;
+    const std::uint64_t bytes =
+        static_cast<std::uint64_t>(pixels) * static_cast<std::uint32_t>(routine_pixel_bytes);
+    return {wrap32(static_cast<std::int64_t>(bytes)), fits};
+}
+
+std::uint8_t* allocate_buffer(BufferSize size) {
+    return size.fits ? static_cast<std::uint8_t*>(std::malloc(static_cast<std::size_t>(size.bytes)))
+                     : nullptr;
+}
+
+// Every scroll that has a buffer at all had `planes` planes when they were made, so a first buffer that fits
+// vouches for the second.
+std::int32_t renew_buffers(ScrollRecord& r) {
+    const BufferSize size = size_buffers(r);
+    std::uint8_t* const first = allocate_buffer(size);
+    if (first == nullptr) return 1;
+    std::uint8_t* second = nullptr;
+    if (r.planes == 2) {
+        second = allocate_buffer(size);
+        if (second == nullptr) {
+            std::free(first);
+            return 2;
+        }
+    }
+    free_buffers(r);
+    r.buffer1 = r.start1 = first;
+    r.buffer2 = r.start2 = second;
+    own_buffers(r);
+    return 0;
+}
+
+void own_buffers(ScrollRecord& r) {
+    r.made_width = r.width;
+    r.made_height = r.height;
+    r.made_pixel_bytes = routine_pixel_bytes;
+    r.shortage_reported = 0;
+}
+
+void disown_buffers(ScrollRecord& r) {
+    r.made_pixel_bytes = 0;
+}
+
+void free_buffers(ScrollRecord& r) {
+    std::free(r.buffer1);
+    std::free(r.buffer2);
+    r.buffer1 = nullptr;
+    r.buffer2 = nullptr;
+    disown_buffers(r);
+}
+
+}  // namespace scroll2d

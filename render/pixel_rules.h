@@ -1,0 +1,126 @@
+// The pixel rules. A rule says what a pixel becomes when the pixel S of a plane is laid over D, the pixel
+// that is already there: one struct each, its equation above it. Rules know no loop, and loops know no rule.
+//
+// All rules are branch-free arithmetic on unsigned pixels: a branch per pixel costs many times more, and this
+// form is what compilers turn into vector code. Two channels share one 32-bit word under 0x00ff00ff; no lane
+// ever exceeds 255 x 256, so none spills into the next.
+//
+// The divisor of all blends is 256, not 255, and a blended pixel's byte 3 is 0: contract, see
+// docs/exactness.md.
+#pragma once
+
+#include <cstdint>
+
+namespace scroll2d {
+
+constexpr std::uint32_t alpha_of(std::uint32_t pixel) {
+    return pixel >> 24;
+}
+
+// mix_pixel: each colour byte D + (((S - D) x f) >> 8), the shift flooring, which is (D x (256 - f) + S x f)
+// >> 8; byte 3 is 0. f is 0 to 256; 256 gives S's colour exactly.
+constexpr std::uint32_t mix_pixel(std::uint32_t d, std::uint32_t s, std::uint32_t f) {
+    const std::uint32_t keep = 256 - f;
+    const std::uint32_t outer = (d & 0xff00ff) * keep + (s & 0xff00ff) * f;     // [R.......][B.......]
+    const std::uint32_t middle = (d >> 8 & 0xff) * keep + (s >> 8 & 0xff) * f;  //           [G.......]
+    return (outer >> 8 & 0xff00ff) | (middle & 0xff00);
+}
+
+// mix_pixel16: the same on each of the three colour fields, 5-6-5 bits. f is 0 to 255.
+constexpr std::uint16_t mix_pixel16(std::uint16_t d, std::uint16_t s, std::uint16_t f) {
+    const auto mix = [f](std::uint16_t from, std::uint16_t to) {
+        const auto keep = static_cast<std::uint16_t>(256 - f);
+        return static_cast<std::uint16_t>(static_cast<std::uint16_t>(from * keep + to * f) >> 8);
+    };
+    const std::uint16_t high = mix(static_cast<std::uint16_t>(d >> 11), static_cast<std::uint16_t>(s >> 11));
+    const std::uint16_t middle = mix(d >> 5 & 0x3f, s >> 5 & 0x3f);
+    const std::uint16_t low = mix(d & 0x1f, s & 0x1f);
+    return static_cast<std::uint16_t>(high << 11 | middle << 5 | low);
+}
+
+constexpr std::uint16_t mix(std::uint16_t d, std::uint16_t s, std::uint16_t f) {
+    return mix_pixel16(d, s, f);
+}
+constexpr std::uint32_t mix(std::uint32_t d, std::uint32_t s, std::uint32_t f) {
+    return mix_pixel(d, s, f);
+}
+
+// fade_pixel, S over black: each colour byte ((S + 1) x f) >> 8, which is (S x f + f) >> 8; byte 3 is 0.
+constexpr std::uint32_t fade_pixel(std::uint32_t s, std::uint32_t f) {
+    const std::uint32_t outer = (s & 0xff00ff) * f + f * 0x010001;
+    const std::uint32_t middle = (s >> 8 & 0xff) * f + f;
+    return (outer >> 8 & 0xff00ff) | (middle & 0xff00);
+}
+
+// D := S.
+template <class Pixel>
+struct Copy {
+    constexpr Pixel operator()(Pixel, Pixel s) const { return s; }
+};
+
+// S = 0: D stays.  Otherwise D := S.
+template <class Pixel>
+struct Keyed {
+    constexpr Pixel operator()(Pixel d, Pixel s) const { return s != 0 ? s : d; }
+};
+
+// D := mix(D, S, alpha).
+template <class Pixel>
+struct Blended {
+    Pixel alpha;  // 0-254
+    constexpr Pixel operator()(Pixel d, Pixel s) const { return mix(d, s, alpha); }
+};
+
+// S = 0: D stays.  Otherwise D := mix(D, S, alpha).
+template <class Pixel>
+struct KeyedBlended {
+    Pixel alpha;  // 0-254
+    constexpr Pixel operator()(Pixel d, Pixel s) const { return s != 0 ? mix(d, s, alpha) : d; }
+};
+
+// Per-pixel alpha over black, a = byte 3 of S.  a = 0: D := 0.  a = 255: D := S.  Otherwise D :=
+// fade_pixel(S, a). fade_pixel(S, 0) is 0 and fade_pixel(S, 255) has S's colour, so only byte 3 is left to
+// choose.
+struct OverBlack {
+    constexpr std::uint32_t operator()(std::uint32_t, std::uint32_t s) const {
+        const std::uint32_t a = alpha_of(s);
+        return fade_pixel(s, a) | (a == 255 ? 0xff000000 : 0);
+    }
+};
+
+// Per-pixel alpha over what is there.  a = 0: D stays.  a = 255: D := S.  Otherwise D := mix_pixel(D, S, a).
+// A factor of 256 in place of 255 makes the mix give S's colour, and 0 gives D's.
+struct AlphaOver {
+    constexpr std::uint32_t operator()(std::uint32_t d, std::uint32_t s) const {
+        const std::uint32_t a = alpha_of(s);
+        const std::uint32_t f = a + (a == 255 ? 1 : 0);
+        const std::uint32_t byte3 = (a == 0 ? d : 0) | (a == 255 ? s : 0);
+        return mix_pixel(d, s, f) | (byte3 & 0xff000000);
+    }
+};
+
+// Per-pixel alpha under the scroll's alpha: e = ((a + 1) x alpha) >> 8, at most 254.
+// e = 0: D stays.  Otherwise D := mix_pixel(D, S, e).
+struct FadedAlphaOver {
+    std::uint32_t alpha;  // 0-254
+    constexpr std::uint32_t operator()(std::uint32_t d, std::uint32_t s) const {
+        const std::uint32_t e = (alpha_of(s) + 1) * alpha >> 8;
+        return mix_pixel(d, s, e) | (e == 0 ? d & 0xff000000 : 0);
+    }
+};
+
+// Two planes in one pass: the back pixel goes onto D by its rule, the front pixel onto that by its own.
+// Every two-plane case is such a pair. Where both planes have alpha and the back pixel is transparent, the
+// back rule leaves D's byte 3 and not 0; no result shows it, since a front pixel that mixes reads colour
+// bytes only.
+template <class Front, class Back>
+struct Stacked {
+    Front front;
+    Back back;
+    template <class Pixel>
+    constexpr Pixel operator()(Pixel d, Pixel f, Pixel b) const {
+        return front(back(d, b), f);
+    }
+};
+
+}  // namespace scroll2d

@@ -1,0 +1,152 @@
+// Drawing planes row by row: where a row lies, how rules are laid over it, and which rule a case asks for.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+
+#include "module/host_records.h"
+#include "render/pixel_rules.h"
+#include "scroll/scroll_table.h"
+
+// One build of a routine for each of these vector units; the loader picks by the processor. With everything
+// inlined into it, the routine's row loops become vector code of that unit.
+#if defined(__OPTIMIZE__)
+#define SCROLL2D_VECTOR_BUILDS __attribute__((target_clones("avx2", "sse4.1", "default"), flatten))
+#else
+#define SCROLL2D_VECTOR_BUILDS
+#endif
+
+namespace scroll2d {
+
+// The rows of a plane's picture, by the reading rule of buffer/buffer.h.
+template <class Pixel>
+class PlaneRows {
+  public:
+    PlaneRows(const ScrollRecord& r, const Plane& plane)
+        : start_(reinterpret_cast<const Pixel*>(plane.start)),
+          width_(r.width),
+          ring_size_(r.ring_size),
+          rows_to_wrap_(plane.rows_to_wrap) {}
+    const Pixel* operator[](std::int32_t row) const {
+        return start_ + (static_cast<std::ptrdiff_t>(row) * width_ - (row < rows_to_wrap_ ? 0 : ring_size_));
+    }
+
+  private:
+    const Pixel* start_;
+    std::ptrdiff_t width_;
+    std::ptrdiff_t ring_size_;
+    std::int32_t rows_to_wrap_;
+};
+
+// The rows of the view on the destination.
+template <class Pixel>
+class DestinationRows {
+  public:
+    explicit DestinationRows(const ScrollRecord& r)
+        : origin_(static_cast<Pixel*>(r.dest_map->pixels) + r.dest_x +
+                  static_cast<std::ptrdiff_t>(r.dest_y) * r.dest_map->width),
+          width_(r.dest_map->width) {}
+    Pixel* operator[](std::int32_t row) const { return origin_ + row * width_; }
+
+  private:
+    Pixel* origin_;
+    std::ptrdiff_t width_;
+};
+
+// Lays one plane over the view. The destination never overlaps a buffer: buffers are the module's own.
+template <class Pixel, class Rule>
+void draw_rows(const ScrollRecord& r, const Plane& plane, const Rule rule) {
+    const PlaneRows<Pixel> source(r, plane);
+    const DestinationRows<Pixel> destination(r);
+    const std::int32_t width = r.width;
+    const std::int32_t height = r.height;
+    for (std::int32_t row = 0; row < height; ++row) {
+        Pixel* __restrict d = destination[row];
+        const Pixel* __restrict s = source[row];
+        if constexpr (std::is_same_v<Rule, Copy<Pixel>>) {
+            std::memcpy(d, s, static_cast<std::size_t>(width) * sizeof(Pixel));
+        } else {
+            for (std::int32_t i = 0; i < width; ++i) d[i] = rule(d[i], s[i]);
+        }
+    }
+}
+
+// Lays the back plane and the front plane over the view in one pass; each wraps at its own row.
+template <class Pixel, class Rule>
+void draw_rows(const ScrollRecord& r, const Plane& front, const Plane& back, const Rule rule) {
+    const PlaneRows<Pixel> front_rows(r, front);
+    const PlaneRows<Pixel> back_rows(r, back);
+    const DestinationRows<Pixel> destination(r);
+    const std::int32_t width = r.width;
+    const std::int32_t height = r.height;
+    for (std::int32_t row = 0; row < height; ++row) {
+        Pixel* __restrict d = destination[row];
+        const Pixel* __restrict f = front_rows[row];
+        const Pixel* __restrict b = back_rows[row];
+        for (std::int32_t i = 0; i < width; ++i) d[i] = rule(d[i], f[i], b[i]);
+    }
+}
+
+// What a depth knows: a scroll's alpha from 16 bits on, per-pixel alpha at 32.
+template <class Pixel>
+constexpr bool has_scroll_alpha = sizeof(Pixel) >= 2;
+template <class Pixel>
+constexpr bool has_pixel_alpha = sizeof(Pixel) == 4;
+
+enum class Coverage {
+    opaque,  // the plane covers its view
+    keyed,   // its transparent pixels leave the destination
+};
+
+// The rule for one plane by its coverage and its map's alpha flag (any nonzero flag counts as set):
+//
+//              no pixel alpha   pixel alpha
+//   opaque     Copy             OverBlack
+//   keyed      Keyed            AlphaOver
+//
+// Both call `draw` with that rule.
+template <class Pixel, class Draw>
+void with_opaque_rule(std::int32_t alpha_flag, Draw draw) {
+    if constexpr (has_pixel_alpha<Pixel>) {
+        if (alpha_flag != 0) return draw(OverBlack{});
+    }
+    draw(Copy<Pixel>{});
+}
+template <class Pixel, class Draw>
+void with_keyed_rule(std::int32_t alpha_flag, Draw draw) {
+    if constexpr (has_pixel_alpha<Pixel>) {
+        if (alpha_flag != 0) return draw(AlphaOver{});
+    }
+    draw(Keyed<Pixel>{});
+}
+template <class Pixel, class Draw>
+void with_plane_rule(Coverage coverage, std::int32_t alpha_flag, Draw draw) {
+    coverage == Coverage::opaque ? with_opaque_rule<Pixel>(alpha_flag, draw)
+                                 : with_keyed_rule<Pixel>(alpha_flag, draw);
+}
+
+// Draws one plane alone. With the scroll's alpha below 255, at the depths that know it, the rule is
+//
+//              no pixel alpha   pixel alpha
+//   opaque     Blended          FadedAlphaOver
+//   keyed      KeyedBlended     FadedAlphaOver
+template <class Pixel>
+void draw_plane(std::int32_t number, Coverage coverage, std::int32_t alpha) {
+    const ScrollRecord& r = *pscroll;
+    const Plane plane = plane_of(*pscroll, number);
+    const auto draw = [&](auto rule) { draw_rows<Pixel>(r, plane, rule); };
+    if constexpr (has_scroll_alpha<Pixel>) {
+        if (alpha != 255) {
+            if constexpr (has_pixel_alpha<Pixel>) {
+                if (plane.map_alpha_flag != 0) return draw(FadedAlphaOver{static_cast<std::uint32_t>(alpha)});
+            }
+            const auto f = static_cast<Pixel>(alpha);
+            return coverage == Coverage::opaque ? draw(Blended<Pixel>{f}) : draw(KeyedBlended<Pixel>{f});
+        }
+    }
+    with_plane_rule<Pixel>(coverage, plane.map_alpha_flag, draw);
+}
+
+}  // namespace scroll2d
