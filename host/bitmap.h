@@ -29,11 +29,12 @@ class Bitmap {
     [[nodiscard]] std::span<const std::byte> bytes() const { return pixels_.bytes(); }
     [[nodiscard]] std::span<std::byte> row(std::int32_t y);
 
-    // Errors of the three: Error for a place outside the bitmap.
+    // Errors of these: Error for a place outside the bitmap.
     [[nodiscard]] std::uint32_t pixel(std::int32_t x, std::int32_t y) const;
     void set_pixel(std::int32_t x, std::int32_t y, std::uint32_t value);
-    void set_control_points(std::span<const __RVKPoint2D__> points);
 
+    // Point 0 is the reference point. Points may lie outside the bitmap.
+    void set_control_points(std::span<const __RVKPoint2D__> points);
     void fill(std::uint32_t value);
     void set_alpha_flag(bool alpha) { record().alpha_flag = alpha ? 1 : 0; }
     // Goes over to another depth: new memory, all pixels 0.

@@ -47,6 +47,8 @@ class BlitLists {
     [[nodiscard]] BlitQueue* find(std::string_view name);  // null: none; the main list is named ""
     // A further list, empty, not selected.
     BlitQueue& create(std::string name);
+    // Back to a main list alone, empty and current.
+    void reset();
     // Makes a list current; null is the main list. False, and nothing changes, for a list that is not one of
     // ours.
     bool select(const void* handle);

@@ -10,7 +10,7 @@
 
 #include <array>
 #include <cstdint>
-#include <optional>
+#include <unordered_map>
 #include <vector>
 
 namespace host {
@@ -45,8 +45,7 @@ class Palette {
 
   private:
     std::array<Rgba, 256> colours_;
-    mutable std::vector<std::uint8_t> memo_;  // nearest() per 5-6-5 cell of an exact colour, see depth.cpp
-    mutable std::vector<std::uint32_t> memo_key_;
+    mutable std::unordered_map<std::uint32_t, std::uint8_t> nearest_;  // answers so far, by colour
 };
 
 // 1, 2 or 4; a depth other than 8, 16 and 32 counts as 8.

@@ -175,7 +175,8 @@ class Engine {
   private:
     struct Slots;  // slots.cpp: the plain functions behind the records
     struct RegistrarSlots;
-    void publish_records();
+    void publish_registrar();
+    void publish_runtime();
     void publish_screen(const VideoMode& mode);
     void fill_screen_entry(ProcessLocals& process, Map& graphic);
     void check_dependencies() const;
@@ -209,6 +210,8 @@ class Engine {
     std::vector<ScriptError> errors_;
     std::vector<std::string> faults_;
     CallFrame* call_ = nullptr;  // of the handler that runs
+    bool registering_ = false;
+    int registrar_calls_ = 0;  // word of the registrar's slot called last, plus 1
 
     struct MapBackdrop {
         std::int32_t file;

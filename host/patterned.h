@@ -17,16 +17,17 @@ namespace host {
     return 0xD1CE0000U | static_cast<std::uint32_t>(i & 0xFFFFU);
 }
 
-// The words of a record that have a name. All others belong to the host alone.
-struct NamedWords {
+// For each word of a record the bits that have a name. All others belong to the host alone.
+struct NamedBits {
     const char* record;
-    std::vector<bool> named;
+    std::vector<std::uint32_t> bits;
 };
 template <class Record>
-[[nodiscard]] const NamedWords& named_words();
+[[nodiscard]] const NamedBits& named_bits();
 
-// Appends to `violations` one line per word in `words` that is not named and has lost its pattern.
-void check_pattern(const NamedWords& names, const std::uint32_t* words, std::size_t count,
+// Appends to `violations` one line for each of the `count` words that lost the pattern in a bit without a
+// name. Words past the end of `names` have no name at all.
+void check_pattern(const NamedBits& names, const std::uint32_t* words, std::size_t count,
                    const std::string& which, std::vector<std::string>& violations);
 
 // A record followed by words that lie past its end as the module knows it; a real host's records go on there.
@@ -51,7 +52,7 @@ class Patterned {
     void check(const std::string& which, std::vector<std::string>& violations) const {
         std::array<std::uint32_t, kWords> words;
         std::memcpy(words.data(), static_cast<const void*>(&storage_), sizeof storage_);
-        check_pattern(named_words<Record>(), words.data(), kWords, which, violations);
+        check_pattern(named_bits<Record>(), words.data(), kWords, which, violations);
     }
 
   private:

@@ -38,8 +38,8 @@ class Processes {
     // none.
     void set_graph_table(std::int32_t id, std::span<const std::int32_t> table);
 
-    // Called with the id of each process that ends, before its memory goes, whoever ended it. An exception
-    // that it throws while the module ends the process is recorded as a fault.
+    // Called with the id of each process that ends, whoever ends it, while it is still alive. It may end
+    // others. It must not throw: the module may be on the stack.
     std::function<void(std::int32_t id)> on_delete;
 
     void check(std::vector<std::string>& violations) const;
@@ -52,7 +52,7 @@ class Processes {
         std::uint64_t serial = 0;
         std::vector<std::int32_t> graph_table;
     };
-    using List = std::vector<Process*>;
+    using List = std::vector<Process*>;  // in the order of the chain of nodes
     [[nodiscard]] Process& at(std::int32_t id) const;
     void append(Process& process, std::int32_t type);
     ProcessNode* unlink(Process& process);

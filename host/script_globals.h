@@ -48,6 +48,8 @@ class ScriptGlobals {
     // Byte offset of "name" or "name.field", of element 0; nothing for an unknown name.
     [[nodiscard]] std::optional<std::int32_t> offset_of(std::string_view path) const;
 
+    // Forgets all declarations.
+    void clear();
     // Moves the data area to another address; the old one is overwritten and given back.
     void move();
     [[nodiscard]] std::uint8_t* data();
@@ -56,7 +58,7 @@ class ScriptGlobals {
 
   private:
     [[nodiscard]] const GlobalStruct* find(std::string_view name) const;
-    void reserve(std::size_t bytes);
+    void resize(std::size_t bytes);
 
     Fence fence_;
     std::vector<GlobalStruct> structs_;

@@ -1,0 +1,83 @@
+#include "host/memory.h"
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <utility>
+
+#include "host/error.h"
+
+namespace host {
+
+namespace {
+
+constexpr std::byte kSlack{0xD1};
+
+std::size_t page_size() {
+    static const auto size = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    return size;
+}
+
+[[noreturn]] void throw_no_memory(std::size_t bytes) {
+    throw Error("no memory for a block of " + std::to_string(bytes) + " bytes");
+}
+
+}  // namespace
+
+//  Fence::after    | unreadable page | slack, then the block | unreadable page |
+//  Fence::before   | unreadable page | the block, then slack | unreadable page |
+Memory::Memory(std::size_t bytes, Fence fence) : size_(bytes) {
+    if (bytes > SIZE_MAX / 2) throw_no_memory(bytes);
+    if (fence == Fence::none) {
+        heap_.reset(new (std::nothrow) std::byte[bytes]());
+        if (!heap_) throw_no_memory(bytes);
+        data_ = heap_.get();
+        return;
+    }
+    const std::size_t page = page_size();
+    const std::size_t inner = std::max<std::size_t>(1, (bytes + page - 1) / page) * page;
+    void* mapping = mmap(nullptr, inner + 2 * page, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (mapping == MAP_FAILED) throw_no_memory(bytes);
+    mapping_ = static_cast<std::byte*>(mapping);
+    mapping_size_ = inner + 2 * page;
+    std::byte* first = mapping_ + page;
+    if (mprotect(first, inner, PROT_READ | PROT_WRITE) != 0) {
+        munmap(mapping_, mapping_size_);
+        throw_no_memory(bytes);
+    }
+    data_ = fence == Fence::after ? first + (inner - bytes) : first;
+    std::fill(first, data_, kSlack);
+    std::fill(data_ + bytes, first + inner, kSlack);
+}
+
+Memory::Memory(Memory&& other) noexcept {
+    *this = std::move(other);
+}
+
+Memory& Memory::operator=(Memory&& other) noexcept {
+    std::swap(heap_, other.heap_);
+    std::swap(mapping_, other.mapping_);
+    std::swap(mapping_size_, other.mapping_size_);
+    std::swap(data_, other.data_);
+    std::swap(size_, other.size_);
+    return *this;
+}
+
+Memory::~Memory() {
+    if (mapping_ != nullptr) munmap(mapping_, mapping_size_);
+}
+
+bool Memory::slack_untouched() const {
+    if (mapping_ == nullptr) return true;
+    const std::byte* first = mapping_ + page_size();
+    const std::byte* last = mapping_ + mapping_size_ - page_size();
+    const auto intact = [](std::byte b) { return b == kSlack; };
+    return std::all_of(first, static_cast<const std::byte*>(data_), intact) &&
+           std::all_of(static_cast<const std::byte*>(data_ + size_), last, intact);
+}
+
+}  // namespace host
