@@ -1,0 +1,92 @@
+/*
+ * The world that a script plays in: the engine with a module in it, pictures turned into maps, the screen
+ * with background and text, the keyboard. Knows nothing of Lua.
+ *
+ * Errors: host::Error or std::runtime_error with a message for the script's author, whatever is asked for.
+ */
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <set>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "host/engine.h"
+#include "player/options.h"
+#include "player/picture.h"
+
+namespace player {
+
+inline constexpr int number_of_files = 100;
+inline constexpr int number_of_regions = 100;
+
+class Game {
+  public:
+    explicit Game(const Options& options);
+
+    host::Engine engine;
+    bool over = false;
+    int exit_status = 0;
+    int frames_drawn = 0;
+
+    // Draws one frame, with the background behind and the texts in front. Throws what the module reported,
+    // and what it did wrong.
+    void draw_frame();
+
+    // ---- Maps
+
+    // A path as the script gives it: relative to the script's folder.
+    [[nodiscard]] std::string path_of(const std::string& path) const;
+    // "file 1, graph 10" must be there.
+    host::Map& map_at(int file, int graph);
+    host::Map& load_map(int file, int graph, const std::string& path);
+    void save_map(int file, int graph, const std::string& path);
+    void set_control_point(int file, int graph, int number, int x, int y);
+
+    // ---- Colours
+
+    [[nodiscard]] int bits_per_pixel() { return engine.video().bits_per_pixel; }
+    [[nodiscard]] std::uint32_t pixel_of(Rgba colour);
+    // Index 0 is transparent whatever its colour.
+    void set_palette(const std::vector<Rgba>& colours);
+
+    // ---- Screen
+
+    void set_mode(int width, int height, int bits_per_pixel, bool reset);
+    // What lies behind everything: a picture with its top left corner at the screen's, or a colour.
+    void set_background(std::variant<Rgba, Picture> background);
+    // Draws over this frame only.
+    void add_text(int x, int y, std::string text, std::uint32_t pixel, int scale);
+    // Writes this frame's picture once it is drawn.
+    void request_shot(const std::string& path) { shots_.push_back(path_of(path)); }
+
+    // ---- Keyboard
+
+    // Throws for a name that no key has.
+    [[nodiscard]] bool key_down(const std::string& name) const;
+    void set_key(const std::string& name, bool down);
+
+  private:
+    struct Text {
+        int x, y;
+        std::string text;
+        std::uint32_t pixel;
+        int scale;
+    };
+
+    std::vector<std::uint8_t> indices_in_palette(const Picture& picture);
+    void lay_background();
+    void draw_texts();
+    void report_module();
+
+    std::filesystem::path folder_;
+    bool palette_chosen_ = false;
+    std::variant<Rgba, Picture> background_ = Rgba{0, 0, 0, 255};
+    std::vector<Text> texts_;
+    std::vector<std::string> shots_;
+    std::set<std::string> keys_down_;
+};
+
+}  // namespace player

@@ -1,0 +1,27 @@
+// What the command line asks for.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace player {
+
+struct Options {
+    std::string script;        // path of the game script
+    std::string module;        // path of the module to load
+    std::string shots_folder;  // where shots go; empty: nowhere
+    std::string sheet;         // contact sheet; empty: none
+    int frames = 300;          // stop after so many
+    int every = 60;            // frames between shots
+    int width = 640;           // first video mode, pixels
+    int height = 480;
+    int bits_per_pixel = 32;
+    int scale = 1;      // shots are enlarged so many times
+    unsigned seed = 1;  // of math.random
+};
+
+// Reads the command line. When there is nothing to play (help was asked for, or something is wrong) it has
+// printed why, and `exit_status` says how to end.
+std::optional<Options> parse_options(int argc, char** argv, int& exit_status);
+
+}  // namespace player
