@@ -1,0 +1,71 @@
+"""Paints every picture of the demos: `python3 build.py` (needs numpy and Pillow; takes about two minutes).
+
+NAME.png is in true colour, with alpha where the picture has any; NAME.8.png is the same in the common palette.
+"""
+
+import os
+
+import numpy as np
+from PIL import Image
+
+import dusk_back
+import dusk_front
+import dusk_land
+import extras
+import meadow
+import palette
+import sprites
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+# samples that a picture gives to the common palette; the small and the lively count for more than their size
+SHARES = {"dusk_front": 30000, "dusk_back": 16000, "hero": 4000, "meadow_night": 7000, "meadow_winter": 7000, "pond": 5000, "window": 2500, "sea": 5000}
+SOFT_DITHER = {"dusk_back", "sea", "depth0", "fog"}
+FLAT = set(sprites.SHEETS) | {"lantern", "fern", "reeds", "firefly", "spark"}
+
+
+def opaque(colour):
+    return colour, np.ones(colour.shape[:2])
+
+
+def paint_all():
+    front, back = dusk_front.paint(), dusk_back.paint()
+    pictures = {"dusk_front": front, "dusk_back": back}
+    pictures["dusk_walk"] = opaque(meadow.walk(front, back[0]))
+    pictures["meadow_dusk"] = opaque(meadow.dusk(front, back[0]))
+    pictures["meadow_night"] = opaque(meadow.night(front, back[0]))
+    pictures["meadow_winter"] = opaque(meadow.winter(front, back[0]))
+    pictures.update(sprites.paint_all())
+    pictures.update(pond=extras.pond(), fog=extras.fog(), sea=extras.sea(), window=extras.window(), gilded=extras.gilded_frame())
+    tops = []
+    for number in range(10):
+        pictures[f"depth{number}"], top = extras.layer(number)
+        tops.append(top)
+    return pictures, tops
+
+
+def true_colour(colour, alpha):
+    """8-bit pixels. An opaque pixel is never all zero, also not with 5 or 6 bits a channel: zero means transparent."""
+    rgb = np.clip(np.round(colour), 8, 255).astype(np.uint8)
+    if alpha.min() >= 1.0:
+        return Image.fromarray(rgb, "RGB")
+    level = np.round(np.clip(alpha, 0, 1) * 255).astype(np.uint8)
+    rgb[level == 0] = 0
+    return Image.fromarray(np.dstack([rgb, level]), "RGBA")
+
+
+def main():
+    pictures, tops = paint_all()
+    colours = palette.build(pictures, SHARES)
+    table = palette.lookup(colours)
+    for name, (colour, alpha) in pictures.items():
+        true_colour(colour, alpha).save(os.path.join(HERE, name + ".png"), optimize=True)
+        strength = 5.0 if name in FLAT else 13.0 if name in SOFT_DITHER else 9.0
+        indices = palette.dithered(colour, alpha, table, strength)
+        palette.image(indices, colours).save(os.path.join(HERE, name + ".8.png"), optimize=True, transparency=0)
+    with open(os.path.join(HERE, "dusk_ground.lua"), "w", encoding="utf-8") as out:
+        out.write(dusk_land.lua_table())
+    print("first row of depth0 to depth9:", tops)
+
+
+if __name__ == "__main__":
+    main()
