@@ -48,7 +48,9 @@ set_target_properties(RVK_mod_scroll2D PROPERTIES
     LINKER_LANGUAGE CXX
     LINK_DEPENDS ${CMAKE_SOURCE_DIR}/module/exports.map)
 target_link_options(RVK_mod_scroll2D PRIVATE
-    -Wl,--version-script=${CMAKE_SOURCE_DIR}/module/exports.map -Wl,-z,defs -Wl,--gc-sections)
+    -Wl,--version-script=${CMAKE_SOURCE_DIR}/module/exports.map -Wl,-z,defs -Wl,--gc-sections
+    # Other modules of a host may export names of their own like ours.
+    -Wl,-Bsymbolic)
 if(SCROLL2D_SANITIZE)
     # The sanitizers' runtime comes with the program that loads the module.
     target_link_options(RVK_mod_scroll2D PRIVATE -Wl,-z,undefs)

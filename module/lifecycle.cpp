@@ -34,6 +34,7 @@ void reset_record(ScrollRecord& r, MapRecord* screen) {
 void RVK_mod_scroll2D_init() {
     using namespace scroll2d;
     Graphics2DInterface& g = *rvkre->Graphics;
+    RVK_mod_scroll2D_release();  // a host may begin anew without unloading the module
     scrollSystem = {BlitScroll2D,       GetScrollRegion,     GetScrollPoint, GetScrollPos,
                     GetProcessInScroll, GetProcessOutScroll, StopScroll,     StopAllScroll};
     g.ScrollSystem = &scrollSystem;

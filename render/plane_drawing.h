@@ -4,16 +4,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <type_traits>
 
 #include "module/host_records.h"
 #include "render/pixel_rules.h"
 #include "scroll/scroll_table.h"
 
-// One build of a routine for each of these vector units; the loader picks by the processor. With everything
-// inlined into it, the routine's row loops become vector code of that unit.
+// One build of a row loop for each of these vector units; the loader picks by the processor. Everything that
+// the loop calls is inlined into it, so that it becomes vector code of that unit as a whole.
 #if defined(__OPTIMIZE__)
-#define SCROLL2D_VECTOR_BUILDS __attribute__((target_clones("avx2", "sse4.1", "default"), flatten))
+#define SCROLL2D_VECTOR_BUILDS __attribute__((target_clones("avx2", "sse4.1", "default"), flatten, noinline))
 #else
 #define SCROLL2D_VECTOR_BUILDS
 #endif
@@ -55,37 +54,41 @@ class DestinationRows {
     std::ptrdiff_t width_;
 };
 
-// Lays one plane over the view. The destination never overlaps a buffer: buffers are the module's own.
+// Lays a row of a plane over a row of the destination. The two never overlap: buffers are the module's own.
 template <class Pixel, class Rule>
-void draw_rows(const ScrollRecord& r, const Plane& plane, const Rule rule) {
-    const PlaneRows<Pixel> source(r, plane);
-    const DestinationRows<Pixel> destination(r);
-    const std::int32_t width = r.width;
-    const std::int32_t height = r.height;
-    for (std::int32_t row = 0; row < height; ++row) {
-        Pixel* __restrict d = destination[row];
-        const Pixel* __restrict s = source[row];
-        if constexpr (std::is_same_v<Rule, Copy<Pixel>>) {
-            std::memcpy(d, s, static_cast<std::size_t>(width) * sizeof(Pixel));
-        } else {
-            for (std::int32_t i = 0; i < width; ++i) d[i] = rule(d[i], s[i]);
-        }
-    }
+SCROLL2D_VECTOR_BUILDS void lay_row(Pixel* __restrict d, const Pixel* __restrict s, std::int32_t width,
+                                    Rule rule) {
+    for (std::int32_t i = 0; i < width; ++i) d[i] = rule(d[i], s[i]);
 }
 
-// Lays the back plane and the front plane over the view in one pass; each wraps at its own row.
+template <class Pixel>
+void lay_row(Pixel* __restrict d, const Pixel* __restrict s, std::int32_t width, Copy<Pixel>) {
+    std::memcpy(d, s, static_cast<std::size_t>(width) * sizeof(Pixel));
+}
+
+// Lays a row of the back plane and a row of the front plane over the destination in one pass.
 template <class Pixel, class Rule>
-void draw_rows(const ScrollRecord& r, const Plane& front, const Plane& back, const Rule rule) {
+SCROLL2D_VECTOR_BUILDS void lay_row(Pixel* __restrict d, const Pixel* __restrict f, const Pixel* __restrict b,
+                                    std::int32_t width, Rule rule) {
+    for (std::int32_t i = 0; i < width; ++i) d[i] = rule(d[i], f[i], b[i]);
+}
+
+// Lays one plane over the view.
+template <class Pixel, class Rule>
+void draw_rows(const ScrollRecord& r, const Plane& plane, Rule rule) {
+    const PlaneRows<Pixel> source(r, plane);
+    const DestinationRows<Pixel> destination(r);
+    for (std::int32_t row = 0; row < r.height; ++row) lay_row(destination[row], source[row], r.width, rule);
+}
+
+// Lays the back plane and the front plane over the view; each wraps at its own row.
+template <class Pixel, class Rule>
+void draw_rows(const ScrollRecord& r, const Plane& front, const Plane& back, Rule rule) {
     const PlaneRows<Pixel> front_rows(r, front);
     const PlaneRows<Pixel> back_rows(r, back);
     const DestinationRows<Pixel> destination(r);
-    const std::int32_t width = r.width;
-    const std::int32_t height = r.height;
-    for (std::int32_t row = 0; row < height; ++row) {
-        Pixel* __restrict d = destination[row];
-        const Pixel* __restrict f = front_rows[row];
-        const Pixel* __restrict b = back_rows[row];
-        for (std::int32_t i = 0; i < width; ++i) d[i] = rule(d[i], f[i], b[i]);
+    for (std::int32_t row = 0; row < r.height; ++row) {
+        lay_row(destination[row], front_rows[row], back_rows[row], r.width, rule);
     }
 }
 

@@ -10,14 +10,14 @@ namespace {
 
 // A layer entry is drawn by the host among the sprites, and a sprite's routine may have stopped the scroll.
 template <class Pixel>
-inline std::int32_t draw_plane1() {
+std::int32_t draw_plane1() {
     if (fit_to_draw(*pscroll)) draw_plane<Pixel>(1, Coverage::keyed, pscroll->alpha);
     return 1;
 }
 
 // The scroll's alpha reaches the front plane only.
 template <class Pixel>
-inline std::int32_t draw_plane2() {
+std::int32_t draw_plane2() {
     const bool opaque = pscroll->mode == scroll_normal || pscroll->mode == scroll_layers;
     draw_plane<Pixel>(2, opaque ? Coverage::opaque : Coverage::keyed, 255);
     return 1;
@@ -27,23 +27,23 @@ inline std::int32_t draw_plane2() {
 
 using Blit = __RVKBlit2D__*;
 
-SCROLL2D_VECTOR_BUILDS std::int32_t draw_scroll_layer_plane1_8bits(Blit) {
+std::int32_t draw_scroll_layer_plane1_8bits(Blit) {
     return draw_plane1<std::uint8_t>();
 }
-SCROLL2D_VECTOR_BUILDS std::int32_t draw_scroll_layer_plane1_16bits(Blit) {
+std::int32_t draw_scroll_layer_plane1_16bits(Blit) {
     return draw_plane1<std::uint16_t>();
 }
-SCROLL2D_VECTOR_BUILDS std::int32_t draw_scroll_layer_plane1_32bits(Blit) {
+std::int32_t draw_scroll_layer_plane1_32bits(Blit) {
     return draw_plane1<std::uint32_t>();
 }
 
-SCROLL2D_VECTOR_BUILDS std::int32_t draw_scroll_layer_plane2_8bits(Blit) {
+std::int32_t draw_scroll_layer_plane2_8bits(Blit) {
     return draw_plane2<std::uint8_t>();
 }
-SCROLL2D_VECTOR_BUILDS std::int32_t draw_scroll_layer_plane2_16bits(Blit) {
+std::int32_t draw_scroll_layer_plane2_16bits(Blit) {
     return draw_plane2<std::uint16_t>();
 }
-SCROLL2D_VECTOR_BUILDS std::int32_t draw_scroll_layer_plane2_32bits(Blit) {
+std::int32_t draw_scroll_layer_plane2_32bits(Blit) {
     return draw_plane2<std::uint32_t>();
 }
 

@@ -11,7 +11,7 @@ namespace {
 // The front plane is always keyed, the back plane in every mode but scroll_normal. Each takes the rule of its
 // own map's alpha flag. With a scroll alpha the planes are drawn one after the other instead.
 template <class Pixel>
-inline void draw_parallax() {
+void draw_parallax() {
     ScrollRecord& r = *pscroll;
     if (has_scroll_alpha<Pixel> && r.alpha != 255) {
         draw_scroll_layer_plane2(nullptr);
@@ -32,13 +32,13 @@ inline void draw_parallax() {
 
 }  // namespace
 
-SCROLL2D_VECTOR_BUILDS void draw_scroll_parallax_8bits() {
+void draw_scroll_parallax_8bits() {
     draw_parallax<std::uint8_t>();
 }
-SCROLL2D_VECTOR_BUILDS void draw_scroll_parallax_16bits() {
+void draw_scroll_parallax_16bits() {
     draw_parallax<std::uint16_t>();
 }
-SCROLL2D_VECTOR_BUILDS void draw_scroll_parallax_32bits() {
+void draw_scroll_parallax_32bits() {
     draw_parallax<std::uint32_t>();
 }
 

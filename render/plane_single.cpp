@@ -8,19 +8,19 @@ namespace scroll2d {
 namespace {
 
 template <class Pixel>
-inline void draw_simple() {
+void draw_simple() {
     draw_plane<Pixel>(1, Coverage::opaque, pscroll->alpha);
 }
 
 }  // namespace
 
-SCROLL2D_VECTOR_BUILDS void draw_scroll_simple_8bits() {
+void draw_scroll_simple_8bits() {
     draw_simple<std::uint8_t>();
 }
-SCROLL2D_VECTOR_BUILDS void draw_scroll_simple_16bits() {
+void draw_scroll_simple_16bits() {
     draw_simple<std::uint16_t>();
 }
-SCROLL2D_VECTOR_BUILDS void draw_scroll_simple_32bits() {
+void draw_scroll_simple_32bits() {
     draw_simple<std::uint32_t>();
 }
 
