@@ -29,7 +29,7 @@ std::string suggestion(std::string_view wrong, const std::vector<std::string>& n
     const auto closest = std::min_element(names.begin(), names.end(), [wrong](const auto& a, const auto& b) {
         return edits(wrong, a) < edits(wrong, b);
     });
-    if (edits(wrong, *closest) <= std::max<std::size_t>(1, wrong.size() / 3))
+    if (edits(wrong, *closest) <= std::max<std::size_t>(1, (wrong.size() + 1) / 3))
         return " (did you mean \"" + *closest + "\"?)";
     std::string list;
     for (const auto& name : names) list += (list.empty() ? "" : ", ") + name;

@@ -11,9 +11,9 @@
 namespace player {
 namespace {
 
-// A turn this long has lost its frame(): a second or two of computing.
+// A turn this long has lost its frame(): about a second of computing.
 constexpr int counter_step = 1'000'000;  // instructions
-constexpr int longest_turn = 300;        // steps
+constexpr int longest_turn = 100;        // steps
 
 std::vector<std::string> global_names(lua_State* L) {
     std::vector<std::string> names;
@@ -190,9 +190,13 @@ void Script::bury_ended() {
 }
 
 void Script::count_instructions(lua_State* L, lua_Debug*) {
-    if (++of(L).turn_length_ > longest_turn)
-        luaL_error(L, "this turn has run %d million instructions: is a frame() missing in a loop?",
-                   longest_turn);
+    if (++of(L).turn_length_ <= longest_turn) return;
+    // Within a hook the function that runs is at level 0, where luaL_error expects itself.
+    luaL_where(L, 0);
+    lua_pushfstring(L, "this turn has run %d million instructions: is a frame() missing in a loop?",
+                    longest_turn);
+    lua_concat(L, 2);
+    lua_error(L);
 }
 
 }  // namespace player
