@@ -28,23 +28,13 @@ Arguments pop_arguments() {
     return a;
 }
 
-bool refuse(std::int32_t code, std::int32_t argument, std::int32_t value) {
-    rvkre->RaiseError(code, name, 0, argument, value);
-    return false;
-}
-
 // The tests in the order that scripts see. The graph limit is that of file 0 for every file.
 bool accepted(const Arguments& a) {
     const Graphics2DInterface& g = *rvkre->Graphics;
-    if (!is_scroll_range(a.num)) return refuse(error_destination_scroll_number, 1, a.num);
-    if (a.file < 0 || a.file >= g.FileCount()) return refuse(error_file, 2, a.file);
-    if (a.graph < 0 || a.graph >= g.SystemGraphCount()) return refuse(error_graph, 3, a.graph);
-    if (a.region < -1 || a.region >= g.RegionCount()) return refuse(error_region, 4, a.region);
-    if (a.region != -1) {
-        if (g.RegionDefined(a.region) == 0) return refuse(error_region, 4, a.region);
-        pregion_scroll2D = g.Regions + a.region;
-    }
-    return true;
+    if (!is_scroll_range(a.num)) return refuse(name, error_destination_scroll_number, 1, a.num);
+    if (a.file < 0 || a.file >= g.FileCount()) return refuse(name, error_file, 2, a.file);
+    if (a.graph < 0 || a.graph >= g.SystemGraphCount()) return refuse(name, error_graph, 3, a.graph);
+    return accept_region(name, 4, a.region);
 }
 
 // The bitmap that the script named: the screen for 0, 0; otherwise a map, or null where there is none.
@@ -121,7 +111,7 @@ std::int32_t RVK_scroll_set_destination() {
         select_scroll(i);
         _scroll_ = script_element(i);
         const std::int32_t result = aim_scroll(*pscroll, a, map, view);
-        if (result < 0) return fail(error_no_memory, name, 0, 0);
+        if (result < 0) return fail(name, error_no_memory, 0, 0);
         aimed += result;
     }
     return rvkre->ReturnInt(aimed);

@@ -58,11 +58,17 @@ void move_scroll(std::int32_t planes);
 
 // ---- script_call.cpp
 
-// Pops the script's scroll number for a function that takes -1 for all ten. False after the number has been
-// refused with error 107 in that function's name.
-bool pop_scroll_range(const char* function, std::int32_t& number);
+// Reports a script error about an argument (1-based, 0: none in particular). False, for the test that failed.
+bool refuse(const char* function, std::int32_t code, std::int32_t argument, std::int32_t value);
 
 // Reports a script error; the result that the script function then returns.
-std::int32_t fail(std::int32_t code, const char* function, std::int32_t argument, std::int32_t value);
+std::int32_t fail(const char* function, std::int32_t code, std::int32_t argument, std::int32_t value);
+
+// Whether a script may name this region: -1, or a region that is defined.   writes: pregion_scroll2D
+bool accept_region(const char* function, std::int32_t argument, std::int32_t region);
+
+// Pops the script's scroll number for a function that takes -1 for all ten. False after the number has been
+// refused with error 107.
+bool pop_scroll_range(const char* function, std::int32_t& number);
 
 }  // namespace scroll2d

@@ -36,11 +36,6 @@ Arguments pop_arguments() {
     return a;
 }
 
-bool refuse(std::int32_t code, std::int32_t argument, std::int32_t value) {
-    rvkre->RaiseError(code, name, 0, argument, value);
-    return false;
-}
-
 bool is_graph_number(std::int32_t graph) {
     return graph >= 0 && graph < max_graph_scroll2D;
 }
@@ -48,18 +43,15 @@ bool is_graph_number(std::int32_t graph) {
 // The tests in the order that scripts see; the first that fails is the one reported.
 bool accepted(const Arguments& a) {
     const Graphics2DInterface& g = *rvkre->Graphics;
-    if (!is_scroll_number(a.num)) return refuse(error_scroll_number, 1, a.num);
+    if (!is_scroll_number(a.num)) return refuse(name, error_scroll_number, 1, a.num);
     max_graph_scroll2D = graph_limit(a.file);
-    if (a.file < 0 || a.file >= g.FileCount()) return refuse(error_file, 2, a.file);
-    if (!is_graph_number(a.graph1)) return refuse(error_graph, 3, a.graph1);
-    if (!is_graph_number(a.graph2)) return refuse(error_graph, 4, a.graph2);
+    if (a.file < 0 || a.file >= g.FileCount()) return refuse(name, error_file, 2, a.file);
+    if (!is_graph_number(a.graph1)) return refuse(name, error_graph, 3, a.graph1);
+    if (!is_graph_number(a.graph2)) return refuse(name, error_graph, 4, a.graph2);
     pfpg_scroll2D = g.GetFile(a.file);
-    if (pfpg_scroll2D == nullptr || pfpg_scroll2D->word2 == 0) return refuse(error_empty_file, 2, a.file);
-    if (a.region < -1 || a.region >= g.RegionCount()) return refuse(error_region, 5, a.region);
-    if (a.region != -1) {
-        if (g.RegionDefined(a.region) == 0) return refuse(error_region, 5, a.region);
-        pregion_scroll2D = g.Regions + a.region;
-    }
+    if (pfpg_scroll2D == nullptr || pfpg_scroll2D->word2 == 0)
+        return refuse(name, error_empty_file, 2, a.file);
+    if (!accept_region(name, 5, a.region)) return false;
     return a.mode >= scroll_normal && a.mode <= scroll_layers_key;  // a wrong mode fails without a report
 }
 
@@ -132,12 +124,12 @@ std::int32_t start(const Arguments& a, std::int32_t planes) {
     r.mode = a.mode;
     store_view(r, starting_view(r, look_up_destination(r)));
     const BufferSize size = size_buffers(r);
-    if (stored_view(r).empty()) return fail(error_empty_view, name, 5, a.region);
+    if (stored_view(r).empty()) return fail(name, error_empty_view, 5, a.region);
 
-    if (!set_up_plane(1, *pfpgmap1_scroll2D->bitmap, size)) return fail(error_no_memory, name, 0, size.bytes);
+    if (!set_up_plane(1, *pfpgmap1_scroll2D->bitmap, size)) return fail(name, error_no_memory, 0, size.bytes);
     if (planes == 2 && !set_up_plane(2, *pfpgmap2_scroll2D->bitmap, size)) {
         free_buffers(r);
-        return fail(error_no_memory, name, 0, 0);
+        return fail(name, error_no_memory, 0, 0);
     }
 
     r.active = 1;
@@ -156,6 +148,6 @@ std::int32_t RVK_scroll_start() {
     const Arguments arguments = pop_arguments();
     if (!accepted(arguments)) return rvkre->ReturnInt(failure);
     const std::int32_t planes = choose_maps(arguments);
-    if (planes == 0) return fail(error_no_map, name, 3, arguments.graph1);
+    if (planes == 0) return fail(name, error_no_map, 3, arguments.graph1);
     return start(arguments, planes);
 }
