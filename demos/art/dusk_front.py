@@ -153,7 +153,7 @@ def light_lanterns(colour, alpha, flames):
         warm = np.clip(part * np.array([1.9, 1.5, 1.0]) + np.array([70, 36, 4]), 0, 255)
         lit = mix(part, warm, 0.62 * np.exp(-(far / 46) ** 2))
         lit = mix(lit, (255, 206, 120), 0.34 * np.exp(-(far / 13) ** 2) * (far > 5))
-        halo = 0.42 * np.exp(-(far / 15) ** 2) + 0.20 * np.exp(-(far / 38) ** 2)
+        halo = 0.28 * np.exp(-(far / 15) ** 2) + 0.17 * np.exp(-(far / 38) ** 2)
         colour[y0:y1, x0:x1], alpha[y0:y1, x0:x1] = over(np.broadcast_to((255.0, 196.0, 112.0), part.shape), halo * (halo > 0.012), lit, a)
 
 

@@ -155,7 +155,7 @@ def layer(number):
         return layer_sky(), 0
     rng = generator(f"layer {number}")
     near = (number - 1) / 8.0
-    crest = 118 + 118 * near ** 1.15
+    crest = 118 + 130 * near ** 1.15
     rise = (30, 28, 24, 20, 17, 14, 12, 9, 6)[number - 1]
     line = crest - rise * (0.7 * wave(LAYER_WIDTH, (2, 3, 5, 8), rng, 0.7) + 0.6 * (1 - 2 * np.abs(wave(LAYER_WIDTH, (3, 5, 11, 19, 37), rng, 0.66))) * (number < 4))
     tall = 0 if number < 3 else 7 + 62 * near ** 2

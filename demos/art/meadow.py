@@ -43,8 +43,8 @@ def night(front, back):
     for _ in range(170):
         at = int(rng.integers(0, 120)), int(rng.integers(0, sky.shape[1]))
         dark_sky[at] = mix(dark_sky[at], (232, 236, 255), rng.uniform(0.2, 0.95))
-    warmth = smoothstep(0.18, 0.62, (colour[..., 0] - colour[..., 2]) / 255.0) * smoothstep(0.58, 0.9, luminance(colour))
-    land = mix(colour * [0.30, 0.36, 0.62] + [8, 10, 26], colour, 0.9 * warmth)
+    warmth = smoothstep(0.12, 0.5, (colour[..., 0] - colour[..., 2]) / 255.0) * smoothstep(0.52, 0.8, luminance(colour))
+    land = mix(colour * [0.40, 0.47, 0.78] + [10, 14, 30], colour * 1.1, 0.95 * warmth)
     return mix(dark_sky, land, alpha)
 
 

@@ -1,0 +1,62 @@
+-- Pictures of the demos: each comes in true colour (NAME.png) and in the common palette (NAME.8.png).
+-- All of them go into file 1.
+local art = {file = 1}
+
+-- Sets the video mode, keeping the colour depth that the player was started with.
+function art.screen(width, height)
+    local _, _, depth = screen_size()
+    set_mode(width, height, depth)
+    art.depth = depth
+    return width, height
+end
+
+local function path(name, indexed)
+    return "art/" .. name .. (indexed and ".8" or "") .. ".png"
+end
+
+function art.path(name)
+    return path(name, art.depth == 8)
+end
+
+-- Loads a picture as a map; returns its width and height.
+function art.load(graph, name)
+    return load_map(art.file, graph, art.path(name))
+end
+
+-- A picture of soft alpha. Below 32 bits its dithered version looks better than one cut off at half opacity.
+function art.load_soft(graph, name)
+    return load_map(art.file, graph, path(name, art.depth < 32))
+end
+
+-- Cuts a strip of frames of equal width into maps first, first + 1, ...; every frame is held at its point (px, py).
+function art.load_frames(first, name, count, px, py)
+    local whole = 999
+    local width, height = art.load(whole, name)
+    local w = width // count
+    for i = 0, count - 1 do
+        new_map(art.file, first + i, w, height)
+        if art.depth == 32 then set_alpha(art.file, first + i, 1) end
+        for y = 0, height - 1 do
+            for x = 0, w - 1 do
+                pixel(art.file, first + i, x, y, pixel(art.file, whole, i * w + x, y))
+            end
+        end
+        set_point(art.file, first + i, 0, px or w // 2, py or height // 2)
+    end
+    unload_map(art.file, whole)
+    return count
+end
+
+-- Keeps a line of text on the screen; `say` is the text or a function that gives it anew each frame.
+function art.caption(x, y, say)
+    return process(function()
+        while true do
+            local words = type(say) == "function" and say() or say
+            text(x + 1, y + 1, words, "#181028")
+            text(x, y, words, "#ffe6b8")
+            frame()
+        end
+    end)
+end
+
+return art
