@@ -33,20 +33,22 @@ local hero = wanderer.new(HERO, land, 200)
 scroll[0].camera = hero
 
 -- Behind the front plane (larger z than the scroll's 512) ...
-creatures.flier("bird", -80, world_w + 80, 262, 2)
-creatures.flier("bird", -140, world_w + 80, 286, 2)
-creatures.flier("bird", -190, world_w + 80, 250, 2)
-creatures.flier("bird", 1500, -60, 312, 3)
-creatures.flier("owl", 1900, 500, 330, 2)
+for i = 0, 4 do creatures.flier("bird", 60 - 46 * i, world_w + 80, 262 + 17 * (i % 3), 3) end
+for i = 0, 3 do creatures.flier("bird", 1250 + 40 * i, -60, 300 + 14 * (i % 2), 2) end
+creatures.flier("owl", 1500, 300, 316, 2)
+creatures.flier("owl", 2300, 900, 330, 1)
 -- ... and before it.
-creatures.flier("bird", -620, world_w, 352, 4, {z = 70})
+creatures.flier("bird", 900, -300, 372, 4, {z = 70})
+creatures.flier("bird", 2500, 0, 360, 3, {z = 70})
 for _, x in ipairs {240, 600, 880, 1090, 1580, 1800, 2140, 2400} do creatures.butterfly(x, land:ground_at(x) - 40) end
 for i = 1, 70 do
     local x = math.random(40, world_w - 40)
     creatures.firefly(x, land:ground_at(x) - math.random(6, 110), {z = i % 3 == 0 and 560 or 60})
 end
-for _, x in ipairs {30, 460, 1010, 1640, 2110, 2500} do creatures.plant("fern", x, land:ground_at(x) + 34) end
-for _, x in ipairs {1170, 1226, 1452, 1512} do creatures.plant("reeds", x, 540) end
+for i, x in ipairs {20, 330, 560, 800, 1020, 1620, 1760, 2110, 2380, 2520} do
+    creatures.plant("fern", x, world_h + 14, {size = 150 + 40 * (i % 2), flags = i % 2})
+end
+for _, x in ipairs {1170, 1226, 1452, 1512} do creatures.plant("reeds", x, world_h) end
 
 -- Seven lights wait on the ledges; each that is found lights a lantern on the board below the view.
 local lantern = creatures.picture("lantern")

@@ -36,11 +36,9 @@ def paint_all():
     pictures["meadow_winter"] = opaque(meadow.winter(front, back[0]))
     pictures.update(sprites.paint_all())
     pictures.update(pond=extras.pond(), fog=extras.fog(), sea=extras.sea(), window=extras.window(), gilded=extras.gilded_frame())
-    tops = []
     for number in range(10):
-        pictures[f"depth{number}"], top = extras.layer(number)
-        tops.append(top)
-    return pictures, tops
+        pictures[f"depth{number}"] = extras.layer(number)
+    return pictures
 
 
 def true_colour(colour, alpha):
@@ -54,17 +52,16 @@ def true_colour(colour, alpha):
 
 
 def main():
-    pictures, tops = paint_all()
+    pictures = paint_all()
     colours = palette.build(pictures, SHARES)
     table = palette.lookup(colours)
     for name, (colour, alpha) in pictures.items():
         true_colour(colour, alpha).save(os.path.join(HERE, name + ".png"), optimize=True)
         strength = 5.0 if name in FLAT else 13.0 if name in SOFT_DITHER else 9.0
-        indices = palette.dithered(colour, alpha, table, strength)
+        indices = palette.dithered(colour, alpha, table, strength, veil=name == "fog")
         palette.image(indices, colours).save(os.path.join(HERE, name + ".8.png"), optimize=True, transparency=0)
     with open(os.path.join(HERE, "dusk_ground.lua"), "w", encoding="utf-8") as out:
         out.write(dusk_land.lua_table())
-    print("first row of depth0 to depth9:", tops)
 
 
 if __name__ == "__main__":

@@ -140,7 +140,8 @@ def light_crystals(colour, line):
         y0, x0 = int(line[cx]) + 14, max(0, cx - 70)
         part = colour[y0:HEIGHT, x0:cx + 70]
         y, x = np.mgrid[y0:y0 + part.shape[0], x0:x0 + part.shape[1]].astype(float)
-        part[:] = mix(part, np.clip(part * [0.9, 1.35, 1.5] + [0, 18, 34], 0, 255), 0.8 * np.exp(-((x - cx) ** 2 + (y - line[cx] - 55) ** 2) / 34 ** 2))
+        near = 0.8 * np.exp(-((x - cx) ** 2 + (y - line[cx] - 55) ** 2) / 34 ** 2) * smoothstep(14, 40, y - line[cx])
+        part[:] = mix(part, np.clip(part * [0.9, 1.35, 1.5] + [0, 18, 34], 0, 255), near * smoothstep(70, 50, np.abs(x - cx)))
 
 
 def light_lanterns(colour, alpha, flames):

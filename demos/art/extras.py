@@ -62,9 +62,9 @@ def _lily_pad(canvas, x, y, size, cut, blossom, rng):
 def pond():
     rng = generator("pond")
     ripple = noise(POND, POND, 22, 22, rng, 2)
-    net = 1.0 - np.abs(2.0 * noise(POND, POND, 22, 22, rng, 1) - 1.0)
+    net = np.maximum(1.0 - 3.2 * np.abs(noise(POND, POND, 16, 16, rng, 2) - 0.5), 1.0 - 3.2 * np.abs(noise(POND, POND, 22, 22, rng, 2) - 0.5))
     picture = ramp([(18, 52, 92), (26, 84, 116), (44, 124, 140)], ripple)
-    picture = mix(picture, (134, 210, 204), 0.42 * smoothstep(0.86, 0.99, net))
+    picture = mix(picture, (134, 210, 204), 0.30 * smoothstep(0.80, 1.0, net))
     under, top = Canvas(POND, POND), Canvas(POND, POND)
     for x, y, heading, size in ((42, 118, -0.6, 17), (128, 52, 2.4, 15), (96, 160, 0.3, 13)):
         seed = int(rng.integers(1 << 30))
@@ -150,16 +150,15 @@ def layer_sky():
 
 
 def layer(number):
-    """Layer 1 (far) to 9 (near): its picture, cut to the rows it needs, and the row where it starts."""
+    """Layer 1 (far) to 9 (near), 640 x 270, seamless right to left; layer 0 is the sky."""
     if number == 0:
-        return layer_sky(), 0
+        return layer_sky()
     rng = generator(f"layer {number}")
     near = (number - 1) / 8.0
     crest = 118 + 130 * near ** 1.15
     rise = (30, 28, 24, 20, 17, 14, 12, 9, 6)[number - 1]
     line = crest - rise * (0.7 * wave(LAYER_WIDTH, (2, 3, 5, 8), rng, 0.7) + 0.6 * (1 - 2 * np.abs(wave(LAYER_WIDTH, (3, 5, 11, 19, 37), rng, 0.66))) * (number < 4))
     tall = 0 if number < 3 else 7 + 62 * near ** 2
-    top = max(0, int(line.min() - tall * 1.25) - 2)
     canvas = Canvas(LAYER_WIDTH, LAYER_VIEW)
     tone = tuple(int(c) for c in _blue(1.0 - near ** 0.8))
     canvas.polygon([(x, line[x % LAYER_WIDTH]) for x in range(LAYER_WIDTH + 1)] + [(LAYER_WIDTH, LAYER_VIEW), (0, LAYER_VIEW)], tone)
@@ -177,7 +176,7 @@ def layer(number):
     y = np.mgrid[0:LAYER_VIEW, 0:LAYER_WIDTH][0]
     haze = smoothstep(0, 70, y - line[None, :]) * (0.55 if number < 9 else 0.0) * (1.0 - 0.5 * near)
     colour = mix(colour, (196, 214, 190), haze)
-    return (colour[top:], alpha[top:]), top
+    return colour, alpha
 
 
 def _pine(canvas, x, foot, height, tone, number, rng):

@@ -116,17 +116,17 @@ def bridge(canvas, deck, left, right, water, rng):
                           1.1, WOOD[3])
 
 
-def lantern(canvas, x, y, size=1.0):
+def lantern(canvas, x, y, size=1.0, metal=(52, 36, 56)):
     """A small glass lantern hung at its ring (x, y); returns where its flame is."""
     s = size
     canvas.stroke([(x, y), (x, y + 3 * s)], 1.0 * s, WOOD[0])
-    canvas.polygon([(x - 5 * s, y + 6 * s), (x, y + 2 * s), (x + 5 * s, y + 6 * s)], (52, 36, 56))
+    canvas.polygon([(x - 5 * s, y + 6 * s), (x, y + 2 * s), (x + 5 * s, y + 6 * s)], metal)
     canvas.polygon([(x - 4 * s, y + 6 * s), (x + 4 * s, y + 6 * s), (x + 3.4 * s, y + 15 * s), (x - 3.4 * s, y + 15 * s)], (255, 190, 92))
     canvas.polygon([(x - 2 * s, y + 7 * s), (x + 2.4 * s, y + 7 * s), (x + 2 * s, y + 14 * s), (x - 1.6 * s, y + 14 * s)], (255, 236, 168))
     canvas.disc(x + 0.2 * s, y + 11 * s, 1.3 * s, 2.4 * s, (255, 255, 236))
     for side in (-3.8, 0, 3.8):
         canvas.stroke([(x + side * s, y + 6 * s), (x + side * 0.9 * s, y + 15 * s)], 0.8 * s, (86, 54, 58))
-    canvas.polygon([(x - 4.4 * s, y + 15 * s), (x + 4.4 * s, y + 15 * s), (x + 3.4 * s, y + 17 * s), (x - 3.4 * s, y + 17 * s)], (52, 36, 56))
+    canvas.polygon([(x - 4.4 * s, y + 15 * s), (x + 4.4 * s, y + 15 * s), (x + 3.4 * s, y + 17 * s), (x - 3.4 * s, y + 17 * s)], metal)
     return x, y + 11 * s
 
 

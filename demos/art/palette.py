@@ -62,13 +62,14 @@ def lookup(palette):
     return (_nearest(_perceived(grid), _perceived(palette[1:])) + 1).astype(np.uint8)
 
 
-def dithered(colour, alpha, table, strength=13.0):
-    """The picture as palette indices; opacity below one half becomes index 0."""
+def dithered(colour, alpha, table, strength=13.0, veil=False):
+    """The picture as palette indices; opacity below one half becomes index 0. A veil's opacity is dithered too."""
     height, width = alpha.shape
     threshold = np.tile(_BAYER, (height // 8 + 1, width // 8 + 1))[:height, :width, None]
     fine = np.clip(colour + strength * threshold, 0, 255).astype(int) >> (8 - _LUT_BITS)
     index = table[(fine[..., 0] << (2 * _LUT_BITS)) | (fine[..., 1] << _LUT_BITS) | fine[..., 2]]
-    return np.where(alpha >= 0.5, index, 0).astype(np.uint8)
+    cut = 0.5 - 0.98 * threshold[..., 0] if veil else 0.5
+    return np.where(alpha >= cut, index, 0).astype(np.uint8)
 
 
 def image(indices, palette):

@@ -181,8 +181,8 @@ def glow(size, core, halo):
 
 def hanging_lantern():
     canvas = Canvas(24, 40, 4)
-    canvas.stroke([(12, 0), (12, 12)], 0.8, masonry.WOOD[2])
-    masonry.lantern(canvas, 12, 11, 1.3)
+    canvas.stroke([(12, 0), (12, 12)], 0.9, masonry.WOOD[4])
+    masonry.lantern(canvas, 12, 11, 1.3, (206, 140, 84))
     return canvas.pixels()
 
 

@@ -7,6 +7,7 @@ function art.screen(width, height)
     local _, _, depth = screen_size()
     set_mode(width, height, depth)
     art.depth = depth
+    if depth == 8 then set_palette("art/hero.8.png") end    -- any of them: the palette is common
     return width, height
 end
 

@@ -5,7 +5,8 @@ local creatures = {}
 local SHEETS = {bird = {graph = 400, count = 6}, owl = {graph = 410, count = 6}, butterfly = {graph = 420, count = 4}}
 local PICTURES = {firefly = 430, spark = 431, fern = 432, reeds = 433, lantern = 434}
 
-local function frames(name)
+-- Graph of the first frame of a sheet, and how many follow one another.
+function creatures.frames(name)
     local sheet = SHEETS[name]
     if not map_size(art.file, sheet.graph) then art.load_frames(sheet.graph, name, sheet.count) end
     return sheet.graph, sheet.count
@@ -26,7 +27,7 @@ end
 
 -- A bird or an owl that crosses from x to x2 and begins again; it rises and sinks a little.
 function creatures.flier(name, x, x2, y, speed, more)
-    local first, count = frames(name)
+    local first, count = creatures.frames(name)
     return made(function(self)
         local beat = math.random(0, 30)
         local way = x2 > x and speed or -speed
@@ -44,7 +45,7 @@ end
 
 -- A butterfly that dances around (x, y).
 function creatures.butterfly(x, y, more)
-    local first, count = frames("butterfly")
+    local first, count = creatures.frames("butterfly")
     return made(function(self)
         local t = math.random() * 6
         while true do
