@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "bench/timing.h"
+
+namespace bench {
+
+struct Options {
+    std::string module;  // path of the shared object
+    std::string csv;     // empty: none
+    std::string filter;  // only measurements whose name contains it
+    std::string only;    // empty: all parts; otherwise draw, fill, move or growth
+    bool quick = false;
+    bool run_length = false;  // one more contender: SDL2 with run-length encoded surfaces
+
+    [[nodiscard]] Plan plan() const { return quick ? Plan{3, 150} : Plan{7, 600}; }
+    [[nodiscard]] bool wants(const std::string& name) const { return name.find(filter) != std::string::npos; }
+};
+
+// Nothing when there is nothing to run: help was shown, or an error; `exit_status` says which.
+[[nodiscard]] std::optional<Options> parse_options(int argc, char** argv, int& exit_status);
+
+}  // namespace bench

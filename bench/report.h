@@ -1,0 +1,55 @@
+// What was measured, on its way to the reader: a line of CSV each, and the table of drawing figures.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "bench/scene.h"
+#include "bench/timing.h"
+
+namespace bench {
+
+// One timed thing and what it is compared to.
+struct Measurement {
+    std::string part;     // draw, fill, move, growth
+    std::string family;   // of scenes, or what is varied
+    std::string variant;  // drawing rule, or direction of a move
+    std::int32_t bits_per_pixel = 0;
+    Size view;
+    std::string value;      // motion, pixels moved, number of processes ...
+    std::string contender;  // module, memcpy, SDL2, pixman ...
+    double microseconds = 0;
+    double ratio = 0;  // to the part's base: memcpy, a refill, the smallest value
+
+    [[nodiscard]] std::string name() const;  // everything up to the contender, for people and for --filter
+};
+
+// The figures of drawn scenes, for the table.
+struct DrawFigures {
+    std::vector<double> per_memcpy;
+    std::vector<double> per_peer;
+    std::vector<double> per_run_length;  // against SDL2 with run-length encoding; may be empty
+};
+
+class Report {
+  public:
+    void add(Measurement measurement) { measurements_.push_back(std::move(measurement)); }
+    void add_drawn(const Family& family, std::int32_t bits, double per_memcpy, double per_peer);
+    void add_run_length(const Family& family, std::int32_t bits, double ratio);
+
+    // The table: per family and depth the geometric mean and the worst time / memcpy of the view, and the
+    // geometric mean of time / best peer. Nothing when no scene was drawn.
+    void print_table() const;
+    // Errors: std::runtime_error for a file that cannot be written.
+    void write_csv(const std::string& path) const;
+
+  private:
+    using Row = std::pair<const Family*, std::int32_t>;  // family and depth
+    std::vector<Measurement> measurements_;
+    std::map<Row, DrawFigures> drawn_;
+};
+
+}  // namespace bench

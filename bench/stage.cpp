@@ -1,0 +1,88 @@
+#include "bench/stage.h"
+
+#include <cstring>
+
+namespace bench {
+namespace {
+
+constexpr std::int32_t file = 1;
+constexpr std::int32_t wrap_everywhere = 15;
+constexpr std::int32_t with_alpha = 10;  // added to a picture's number for its map with per-pixel alpha
+
+std::int32_t graph(Picture picture, bool alpha) {
+    return static_cast<std::int32_t>(picture) + (alpha ? with_alpha : 0);
+}
+
+void create_maps(host::Engine& engine, Picture picture, const host::Image& image) {
+    engine.files().create_map(file, graph(picture, false), image, engine.palette(), false);
+    if (engine.screen().bits_per_pixel() == 32)
+        engine.files().create_map(file, graph(picture, true), image, engine.palette(), true);
+}
+
+}  // namespace
+
+Stage::Stage(const std::filesystem::path& module, Size view, std::int32_t bits_per_pixel,
+             const Pictures& pictures)
+    : engine_({.width = view.width, .height = view.height, .bits_per_pixel = bits_per_pixel}),
+      view_(view),
+      bits_per_pixel_(bits_per_pixel),
+      engine_pitch_(engine_.screen().pitch()) {
+    engine_.load(module);
+    create_maps(engine_, Picture::sky, pictures.sky);
+    create_maps(engine_, Picture::hills, pictures.hills);
+    create_maps(engine_, Picture::woods, pictures.woods);
+}
+
+std::int32_t Stage::front_graph(const Variant& v) {
+    const bool opaque = v.planes == 1 && v.mode == 0 && !v.front_alpha;
+    return graph(opaque ? Picture::sky : Picture::woods, v.front_alpha);
+}
+
+std::int32_t Stage::back_graph(const Variant& v) {
+    if (v.planes == 1) return 0;
+    return graph(v.keyed() || v.back_alpha ? Picture::hills : Picture::sky, v.back_alpha);
+}
+
+host::Map& Stage::front_map(const Variant& v) {
+    return *engine_.files().find_map(file, front_graph(v));
+}
+
+host::Map& Stage::back_map(const Variant& v) {
+    return *engine_.files().find_map(file, back_graph(v));
+}
+
+void Stage::lay_backdrop() {
+    host::Map& sky = *engine_.files().find_map(file, graph(Picture::sky, false));
+    for (std::int32_t y = 0; y < view_.height; ++y)
+        std::memcpy(engine_.screen().row(y).data(), sky.row(view_.height - 1 - y).data(),
+                    static_cast<std::size_t>(engine_pitch_));
+}
+
+void Stage::call(std::string_view function, std::initializer_list<std::int32_t> arguments) {
+    const host::CallResult result = engine_.call(function, arguments);
+    if (!result.errors.empty()) throw host::Error(result.errors.front().text());
+    if (result.failed()) throw host::Error(std::string(function) + " failed");
+}
+
+Show::Show(Stage& stage, const Variant& variant)
+    : stage_(stage), blit_(stage.engine().services()->BlitScroll2D) {
+    stage_.call("scroll_start", {0, file, Stage::front_graph(variant), Stage::back_graph(variant), 0,
+                                 wrap_everywhere, variant.mode});
+    host::Engine& engine = stage_.engine();
+    engine.global("scroll", 0, "alpha") = variant.alpha;
+    x0_ = &engine.global("scroll", 0, "x0");
+    y0_ = &engine.global("scroll", 0, "y0");
+    x1_ = &engine.global("scroll", 0, "x1");
+    y1_ = &engine.global("scroll", 0, "y1");
+    engine.run_hook(host::Hook::frame);
+    if (engine.blit_lists().main().count() != 1)
+        throw host::Error("the frame hook did not make the one entry of the scroll");
+    entry_ = engine.blit_lists().main().entries().front();
+}
+
+Show::~Show() {
+    stage_.engine().blit_lists().main().clear();
+    stage_.engine().call("scroll_stop", {0});
+}
+
+}  // namespace bench

@@ -1,0 +1,78 @@
+// The stage: our host engine with the module loaded from its file, a screen of the view's size and the maps
+// of the scenes; and a scroll on it whose draw callback can be called again and again.
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <span>
+
+#include "bench/landscape.h"
+#include "bench/scene.h"
+#include "host/engine.h"
+
+namespace bench {
+
+enum class Picture : std::int32_t { sky = 10, hills = 11, woods = 12 };
+
+// One lives at a time, like the engine in it.
+class Stage {
+  public:
+    // A screen of `view` at `bits_per_pixel` over maps made of `pictures`.
+    // Errors: host::Error for a module that cannot be loaded.
+    Stage(const std::filesystem::path& module, Size view, std::int32_t bits_per_pixel,
+          const Pictures& pictures);
+
+    [[nodiscard]] host::Engine& engine() { return engine_; }
+    [[nodiscard]] Size view() const { return view_; }
+    [[nodiscard]] std::int32_t bits_per_pixel() const { return bits_per_pixel_; }
+    [[nodiscard]] std::int32_t pitch() const { return engine_pitch_; }  // bytes a screen row
+    [[nodiscard]] std::span<std::byte> screen() { return engine_.screen().bytes(); }
+
+    // The maps of a variant's planes. Opaque planes without alpha show the sky, other back planes the hills,
+    // other front planes the woods.
+    [[nodiscard]] host::Map& front_map(const Variant& variant);
+    [[nodiscard]] host::Map& back_map(const Variant& variant);
+    [[nodiscard]] static std::int32_t front_graph(const Variant& variant);
+    [[nodiscard]] static std::int32_t back_graph(const Variant& variant);
+
+    // A picture for the screen to hold before a scroll is drawn over it.
+    void lay_backdrop();
+
+    // Calls a script function. Errors: host::Error when it fails.
+    void call(std::string_view function, std::initializer_list<std::int32_t> arguments);
+
+  private:
+    host::Engine engine_;
+    Size view_;
+    std::int32_t bits_per_pixel_;
+    std::int32_t engine_pitch_;
+};
+
+// Scroll 0, running over the whole screen, its entry made by the module's frame hook.
+class Show {
+  public:
+    Show(Stage& stage, const Variant& variant);
+    ~Show();
+    Show(const Show&) = delete;
+    Show& operator=(const Show&) = delete;
+
+    // Aims the scroll one step of the motion further and calls the draw callback.
+    void draw(Position step) {
+        *x0_ += step.x;
+        *y0_ += step.y;
+        *x1_ = *x0_ >> 1;
+        *y1_ = *y0_ >> 1;
+        blit_(entry_);
+    }
+
+    [[nodiscard]] Position front() const { return {*x0_, *y0_}; }
+    [[nodiscard]] Position back() const { return {*x1_, *y1_}; }
+
+  private:
+    Stage& stage_;
+    std::int32_t *x0_, *y0_, *x1_, *y1_;  // in the script globals, which stay in place during a show
+    std::int32_t (*blit_)(__RVKBlit2D__*);
+    __RVKBlit2D__* entry_;
+};
+
+}  // namespace bench

@@ -1,0 +1,66 @@
+#include "bench/timing.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+namespace bench {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double microseconds_since(Clock::time_point start) {
+    return std::chrono::duration<double, std::micro>(Clock::now() - start).count();
+}
+
+// Timed in blocks, since reading the clock costs as much as a small pass.
+double take_turn(const Contender& contender, double turn_microseconds, int& block) {
+    for (int i = 0; i < contender.warm_passes; ++i) contender.pass();
+    int passes = 0;
+    double spent = 0;
+    const Clock::time_point start = Clock::now();
+    do {
+        for (int i = 0; i < block; ++i) contender.pass();
+        passes += block;
+        spent = microseconds_since(start);
+    } while (spent < turn_microseconds);
+    block = std::max(1, passes / 4);
+    return spent / passes;
+}
+
+}  // namespace
+
+double median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    const std::size_t middle = values.size() / 2;
+    return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+}
+
+double geometric_mean(const std::vector<double>& values) {
+    double sum = 0;
+    for (const double value : values) sum += std::log(value);
+    return std::exp(sum / static_cast<double>(values.size()));
+}
+
+double Timing::median() const {
+    return bench::median(rounds);
+}
+
+std::vector<Timing> time_side_by_side(const std::vector<Contender>& contenders, const Plan& plan) {
+    std::vector<Timing> timings;
+    for (const Contender& contender : contenders) timings.push_back({contender.name, {}});
+    std::vector<int> blocks(contenders.size(), 1);
+    for (int round = 0; round < plan.rounds; ++round)
+        for (std::size_t i = 0; i < contenders.size(); ++i)
+            timings[i].rounds.push_back(take_turn(contenders[i], plan.turn_microseconds, blocks[i]));
+    return timings;
+}
+
+double ratio(const Timing& timing, const Timing& base) {
+    std::vector<double> quotients;
+    for (std::size_t i = 0; i < timing.rounds.size(); ++i)
+        quotients.push_back(timing.rounds[i] / base.rounds[i]);
+    return median(quotients);
+}
+
+}  // namespace bench
