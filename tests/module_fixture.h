@@ -1,0 +1,216 @@
+// The module as a host loads it, and what the directed tests ask of it.
+//
+// The tests see a scroll only as a host and a script see it: by its script element, its blit entry, the
+// services and the pixels on the destination. SCROLL2D_MODULE is the path of the module.
+#pragma once
+
+#include <doctest/doctest.h>
+
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "host/engine.h"
+
+namespace tests {
+
+using host::ScriptError;
+using Points = std::vector<__RVKPoint2D__>;
+using Words = std::vector<std::int32_t>;
+
+// Edges in the order of a region record, inclusive.
+struct Rect {
+    std::int32_t x, x2, y, y2;
+    bool operator==(const Rect&) const = default;
+};
+inline std::ostream& operator<<(std::ostream& out, const Rect& r) {
+    return out << '(' << r.x << ".." << r.x2 << ", " << r.y << ".." << r.y2 << ')';
+}
+
+struct Position {
+    std::int32_t x, y;
+    bool operator==(const Position&) const = default;
+};
+inline std::ostream& operator<<(std::ostream& out, const Position& p) {
+    return out << '(' << p.x << ", " << p.y << ')';
+}
+
+// A slot of a host record, replaced while this object lives; `original` is what stood there.
+template <auto Slot>
+class Replaced;
+template <class Record, class Result, class... Arguments, Result (*Record::*Slot)(Arguments...)>
+class Replaced<Slot> {
+  public:
+    using Function = std::function<Result(Arguments...)>;
+    Replaced(Record& record, Function instead) : original(record.*Slot), record_(record) {
+        function_ = std::move(instead);
+        record.*Slot = [](Arguments... arguments) -> Result { return function_(arguments...); };
+    }
+    ~Replaced() { record_.*Slot = original; }
+    Replaced(const Replaced&) = delete;
+    Replaced& operator=(const Replaced&) = delete;
+
+    Result (*const original)(Arguments...);
+
+  private:
+    Record& record_;
+    static inline Function function_;
+};
+
+constexpr std::int32_t kFile = 1;
+constexpr std::int32_t kHeight = 48;  // of the screen
+constexpr std::int32_t kWidth = 64;
+
+// A screen of 64 x 48 and the loaded module. Whatever a test does, the module must have kept to the contract
+// by its end.
+class Fixture {
+  public:
+    host::Engine engine;
+
+    explicit Fixture(std::int32_t bits_per_pixel = 8, host::Fence fence = host::Fence::none)
+        : engine(host::Options{
+              .width = kWidth, .height = kHeight, .bits_per_pixel = bits_per_pixel, .fence = fence}) {
+        engine.load(SCROLL2D_MODULE);
+    }
+    ~Fixture() {
+        CHECK(engine.faults() == std::vector<std::string>{});
+        CHECK(engine.untouched() == std::vector<std::string>{});
+    }
+
+    [[nodiscard]] Graphics2DInterface& graphics() { return engine.graphics(); }
+    [[nodiscard]] const ScrollSystemInterface& services() { return *engine.services(); }
+
+    // A map of file 1 in which neighbours differ and no pixel is 0.
+    host::Map& map(std::int32_t graph, std::int32_t width, std::int32_t height, const Points& points = {}) {
+        host::Map& made = engine.files().create_map(kFile, graph, width, height);
+        made.set_control_points(points);
+        paint(made, graph);
+        return made;
+    }
+    static void paint(host::Bitmap& bitmap, std::int32_t seed) {
+        for (std::int32_t y = 0; y < bitmap.height(); ++y)
+            for (std::int32_t x = 0; x < bitmap.width(); ++x)
+                bitmap.set_pixel(
+                    x, y, static_cast<std::uint32_t>(1 + (seed * 37 + x * 3 + y * 71) % 251) * 0x01010101U);
+    }
+
+    std::int32_t call(const char* name, std::initializer_list<std::int32_t> arguments) {
+        return engine.call(name, arguments).value;
+    }
+    // Starts a scroll from file 1 and asserts that it runs.
+    void start(std::int32_t num, std::int32_t graph1, std::int32_t graph2 = 0, std::int32_t region = -1,
+               std::int32_t flags = 0, std::int32_t mode = 0) {
+        REQUIRE(call("scroll_start", {num, kFile, graph1, graph2, region, flags, mode}) == num);
+    }
+    [[nodiscard]] std::int32_t& script(std::int32_t num, const char* field) {
+        return engine.global("scroll", num, field);
+    }
+    // The errors since the last time; asserted by value, so that each is reported exactly once.
+    std::vector<ScriptError> errors() {
+        const std::vector<ScriptError> raised = engine.errors();
+        engine.clear_errors();
+        return raised;
+    }
+
+    [[nodiscard]] bool running(std::int32_t num) { return services().GetProcessInScroll(num, 0) == 1; }
+    [[nodiscard]] Position plane(std::int32_t number, std::int32_t num = 0) {
+        __RVKPoint2D__ at{-7777, -7777};
+        const std::int32_t found = number == 1 ? services().GetScrollPos(num, 0, &at, nullptr)
+                                               : services().GetScrollPos(num, 0, nullptr, &at);
+        REQUIRE(found == 1);
+        return {at.x, at.y};
+    }
+    [[nodiscard]] Position mirrored(std::int32_t number, std::int32_t num = 0) {
+        return number == 1 ? Position{script(num, "x0"), script(num, "y0")}
+                           : Position{script(num, "x1"), script(num, "y1")};
+    }
+    void aim_script(std::int32_t number, Position to, std::int32_t num = 0) {
+        script(num, number == 1 ? "x0" : "x1") = to.x;
+        script(num, number == 1 ? "y0" : "y1") = to.y;
+    }
+    Position move(Position to, std::int32_t num = 0) {
+        aim_script(1, to, num);
+        CHECK(call("scroll_move", {num}) == 1);
+        return plane(1, num);
+    }
+
+    // The scroll's rectangle on record, as the scheduling shows it; nothing when it is not scheduled.
+    [[nodiscard]] std::optional<Rect> scheduled(std::int32_t num) {
+        engine.run_hook(host::Hook::frame);
+        std::optional<Rect> found;
+        for (const __RVKBlit2D__* e : engine.blit_lists().main().entries())
+            if (e->id == num) found = Rect{e->x, e->x2, e->y, e->y2};
+        engine.blit_lists().main().clear();
+        return found;
+    }
+    // Has the module draw one scroll by an entry of its own; whether the entry is marked as drawn must agree.
+    bool draw(std::int32_t num = 0) {
+        host::BlitQueue& main = engine.blit_lists().main();
+        engine.blit_lists().select(nullptr);
+        __RVKBlit2D__* const entry = main.add();
+        entry->id = num;
+        entry->z = script(num, "z");
+        const std::int32_t drawn = services().BlitScroll2D(entry);
+        CHECK(entry->drawn == drawn);
+        CHECK(&engine.blit_lists().current() == &main);
+        main.clear();
+        return drawn == 1;
+    }
+
+    // Whether `on` shows the endlessly repeated map from `at` on inside the view, and `around` outside it.
+    [[nodiscard]] static bool shows(const host::Bitmap& on, const Rect& view, const host::Bitmap& map,
+                                    Position at, std::optional<std::uint32_t> around = {}) {
+        const auto wrap = [](std::int64_t a, std::int64_t m) {
+            return static_cast<std::int32_t>((a % m + m) % m);
+        };
+        for (std::int32_t y = 0; y < on.height(); ++y) {
+            for (std::int32_t x = 0; x < on.width(); ++x) {
+                const bool inside = x >= view.x && x <= view.x2 && y >= view.y && y <= view.y2;
+                if (!inside && !around) continue;
+                const std::uint32_t expected =
+                    inside ? map.pixel(wrap(std::int64_t{at.x} + x - view.x, map.width()),
+                                       wrap(std::int64_t{at.y} + y - view.y, map.height()))
+                           : *around;
+                if (on.pixel(x, y) == expected) continue;
+                MESSAGE("pixel (", x, ", ", y, ") is ", on.pixel(x, y), ", not ", expected);
+                return false;
+            }
+        }
+        return true;
+    }
+    [[nodiscard]] bool shows(const Rect& view, const host::Bitmap& map, Position at) {
+        return shows(engine.screen(), view, map, at);
+    }
+};
+
+constexpr Rect kWholeScreen{0, kWidth - 1, 0, kHeight - 1};
+
+}  // namespace tests
+
+// Failing assertions print script errors as people read them.
+template <>
+struct doctest::StringMaker<std::vector<tests::ScriptError>> {
+    static doctest::String convert(const std::vector<tests::ScriptError>& errors) {
+        std::string text;
+        for (const tests::ScriptError& e : errors) (text += e.text()) += "; ";
+        return text.c_str();
+    }
+};
+template <>
+struct doctest::StringMaker<std::vector<std::string>> {
+    static doctest::String convert(const std::vector<std::string>& lines) {
+        std::string text;
+        for (const std::string& line : lines) (text += line) += "; ";
+        return text.c_str();
+    }
+};
+template <class Value>
+struct doctest::StringMaker<std::optional<Value>> {
+    static doctest::String convert(const std::optional<Value>& value) {
+        return value ? doctest::toString(*value) : doctest::String("nothing");
+    }
+};
