@@ -9,7 +9,7 @@ scroll_start(0, 1, 10, 0, -1, 0)                     -- no flags needed: it is s
 
 -- A butterfly wanders off for ever; its shadow lies on the water.
 local first, count = creatures.frames("butterfly")
-local shadow = process {ctype = c_scroll, file = 1, z = 95, alpha = 110, size = 270}
+local shadow = process {ctype = c_scroll, file = 1, z = 95, alpha = 110, size = 190}
 scroll[0].camera = process(function(self)
     local t = 0
     while true do
@@ -19,6 +19,6 @@ scroll[0].camera = process(function(self)
         shadow.x, shadow.y, shadow.graph = self.x + 18, self.y + 30, self.graph
         frame()
     end
-end, {ctype = c_scroll, file = 1, z = 90, size = 300})
+end, {ctype = c_scroll, file = 1, z = 90, size = 200})
 
 art.caption(8, 250, function() return ("position %d, %d"):format(scroll[0].x0, scroll[0].y0) end)

@@ -1,6 +1,6 @@
 -- A walk at dusk: two planes at different speeds, a camera with an inner and an outer region, birds behind the trees and
 -- ferns before the wanderer, all inside a window frame that stays outside the scroll. Runs at 8, 16 and 32 bits.
--- picture: frame 300
+-- picture: frame 400
 local art = require "lib.art"
 local wanderer = require "lib.wanderer"
 local creatures = require "lib.creatures"
@@ -69,6 +69,6 @@ art.caption(VIEW.x + 250, 334, function()
 end)
 
 hand {
-    {16, "right", 588}, {44, "space", 4}, {140, "space", 4}, {178, "space", 4}, {212, "space", 4},
-    {316, "space", 4}, {390, "space", 4}, {500, "space", 4}, {537, "space", 4}, {570, "space", 4},
+    {16, "right", 573}, {44, "space", 4}, {140, "space", 4}, {178, "space", 4}, {212, "space", 4},
+    {316, "space", 4}, {390, "space", 4}, {500, "space", 4}, {528, "space", 4}, {557, "space", 4},
 }

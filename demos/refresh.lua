@@ -12,7 +12,7 @@ art.load(12, "meadow_night")
 for number = 0, 1 do
     define_region(number + 1, 4 + 240 * number, 4, 232, 262)
     set_point(1, 10, 0, 150 + 240 * number, 30)
-    scroll_start(number, 1, 10, 0, number + 1, 1)
+    scroll_start(number, 1, 10, 0, number + 1, 0)
 end
 art.caption(10, 250, "scroll_refresh(0) called")
 art.caption(250, 250, "not called for scroll 1")

@@ -16,7 +16,7 @@ scroll_start(0, 1, 10, 0, -1, 0)
 local CANVAS, FRAME = 40, 41
 new_map(1, CANVAS, 160, 108, rgb(20, 20, 40))
 scroll_set_destination(1, 1, CANVAS, -1)             -- scroll 1 shall draw into the canvas
-scroll_start(1, 1, 11, 0, -1, 1)
+scroll_start(1, 1, 11, 0, -1, 0)
 scroll[1].z = scroll[0].z + 100
 
 art.load(FRAME, "gilded")
@@ -32,6 +32,6 @@ for x = 30, 740, 34 do creatures.firefly(x, land:ground_at(x) - 20 - 37 * x % 70
 hand {{10, "right", 100}, {160, "left", 120}, {300, "right", 120}}
 
 while true do
-    scroll[1].x0 = scroll[1].x0 + 1
+    scroll[1].x0 = 300 - 300 * math.cos(frame_number() / 120)
     frame()
 end

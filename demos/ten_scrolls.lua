@@ -11,9 +11,9 @@ for n = 0, 9 do
 end
 
 -- Owls between the layers: each is shown by one scroll only, and drawn right after that scroll's plane.
-for i, n in ipairs {4, 6, 8} do
-    creatures.flier("owl", 200 * i, 200 * i + 4000, 70 + 42 * i, 2 * i, {scroll_mask = 1 << n, size = 30 + 35 * i})
-end
+creatures.flier("owl", 200, 4000, 104, 2, {scroll_mask = 1 << 4, size = 60})
+creatures.flier("owl", -110, 4000, 150, 3, {scroll_mask = 1 << 6, size = 90})
+creatures.flier("owl", 150, 4000, 186, 4, {scroll_mask = 1 << 8, size = 150})
 
 -- Positions are whole pixels; the steps of a layer add up in a number with a fraction.
 while true do

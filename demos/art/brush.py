@@ -95,8 +95,9 @@ class Canvas:
 
     def stroke(self, points, width, colour, alpha=255):
         s = self.scale
-        self.pen.line([(x * s, y * s) for x, y in points], fill=(*colour, alpha), width=max(1, round(width * s)),
-                      joint="curve")
+        self.pen.line(
+            [(x * s, y * s) for x, y in points], fill=(*colour, alpha), width=max(1, round(width * s)), joint="curve"
+        )
 
     def disc(self, x, y, rx, ry, colour, alpha=255):
         s = self.scale
@@ -106,16 +107,26 @@ class Canvas:
         """A leaf-shaped touch of the brush; the angle is in radians."""
         c, s = math.cos(angle), math.sin(angle)
         shape = ((-1, 0), (-0.4, -1), (0.4, -0.9), (1, 0), (0.4, 0.9), (-0.4, 1))
-        self.polygon([(x + u * length * c - v * breadth * s, y + u * length * s + v * breadth * c) for u, v in shape],
-                     colour, alpha)
+        self.polygon(
+            [(x + u * length * c - v * breadth * s, y + u * length * s + v * breadth * c) for u, v in shape],
+            colour,
+            alpha,
+        )
 
     def limb(self, points, widths, colour):
         """A tapering trunk, branch or leg through the points."""
         for (x1, y1), (x2, y2), w1, w2 in zip(points, points[1:], widths, widths[1:]):
             length = math.hypot(x2 - x1, y2 - y1) or 1.0
             nx, ny = -(y2 - y1) / length / 2.0, (x2 - x1) / length / 2.0
-            self.polygon([(x1 + nx * w1, y1 + ny * w1), (x2 + nx * w2, y2 + ny * w2),
-                          (x2 - nx * w2, y2 - ny * w2), (x1 - nx * w1, y1 - ny * w1)], colour)
+            self.polygon(
+                [
+                    (x1 + nx * w1, y1 + ny * w1),
+                    (x2 + nx * w2, y2 + ny * w2),
+                    (x2 - nx * w2, y2 - ny * w2),
+                    (x1 - nx * w1, y1 - ny * w1),
+                ],
+                colour,
+            )
             self.disc(x2, y2, w2 / 2.0, w2 / 2.0, colour)
 
     def pixels(self):

@@ -8,17 +8,29 @@ import os
 import numpy as np
 from PIL import Image
 
+import air
+import blue_layers
 import dusk_back
 import dusk_front
 import dusk_land
-import extras
+import frames
 import meadow
 import palette
+import pond
 import sprites
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 # samples that a picture gives to the common palette; the small and the lively count for more than their size
-SHARES = {"dusk_front": 30000, "dusk_back": 16000, "hero": 4000, "meadow_night": 7000, "meadow_winter": 7000, "pond": 5000, "window": 2500, "sea": 5000}
+SHARES = {
+    "dusk_front": 30000,
+    "dusk_back": 16000,
+    "hero": 4000,
+    "meadow_night": 7000,
+    "meadow_winter": 7000,
+    "pond": 5000,
+    "window": 2500,
+    "sea": 5000,
+}
 SOFT_DITHER = {"dusk_back", "sea", "depth0", "fog"}
 FLAT = set(sprites.SHEETS) | {"lantern", "fern", "reeds", "firefly", "spark"}
 
@@ -35,9 +47,11 @@ def paint_all():
     pictures["meadow_night"] = opaque(meadow.night(front, back[0]))
     pictures["meadow_winter"] = opaque(meadow.winter(front, back[0]))
     pictures.update(sprites.paint_all())
-    pictures.update(pond=extras.pond(), fog=extras.fog(), sea=extras.sea(), window=extras.window(), gilded=extras.gilded_frame())
+    pictures.update(
+        pond=pond.pond(), fog=air.fog(), sea=air.sea(), window=frames.window(), gilded=frames.gilded_frame()
+    )
     for number in range(10):
-        pictures[f"depth{number}"] = extras.layer(number)
+        pictures[f"depth{number}"] = blue_layers.layer(number)
     return pictures
 
 

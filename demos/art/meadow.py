@@ -2,13 +2,19 @@
 
 import numpy as np
 
-from brush import generator, mix, noise, over, ramp, smoothstep
+from brush import generator, mix, noise, ramp, smoothstep
 
 # left, top, width, height in the front plane
 WALK = (470, 140, 1440, 400)
 MEADOW = (560, 230, 760, 300)
 
-WINTER = [(0.0, (26, 30, 66)), (0.25, (66, 76, 126)), (0.5, (136, 150, 196)), (0.75, (214, 210, 232)), (1.0, (255, 250, 244))]
+WINTER = [
+    (0.0, (26, 30, 66)),
+    (0.25, (66, 76, 126)),
+    (0.5, (136, 150, 196)),
+    (0.75, (214, 210, 232)),
+    (1.0, (255, 250, 244)),
+]
 
 
 def luminance(colour):
@@ -38,8 +44,12 @@ def night(front, back):
     """Blue light and stars; what was warm and bright (lanterns, crystals) goes on shining."""
     rng = generator("night")
     colour, alpha, sky = cut(front, back, MEADOW, 560, 110)
-    y = np.mgrid[0:sky.shape[0], 0:sky.shape[1]][0]
-    dark_sky = mix(ramp([(14, 16, 48), (34, 46, 96), (74, 92, 142)], luminance(sky) * 1.05), ramp([(12, 14, 44), (52, 72, 124)], y / 200.0), 0.4)
+    y = np.mgrid[0 : sky.shape[0], 0 : sky.shape[1]][0]
+    dark_sky = mix(
+        ramp([(14, 16, 48), (34, 46, 96), (74, 92, 142)], luminance(sky) * 1.05),
+        ramp([(12, 14, 44), (52, 72, 124)], y / 200.0),
+        0.4,
+    )
     for _ in range(170):
         at = int(rng.integers(0, 120)), int(rng.integers(0, sky.shape[1]))
         dark_sky[at] = mix(dark_sky[at], (232, 236, 255), rng.uniform(0.2, 0.95))
