@@ -2,7 +2,7 @@
 
 #include "buffer/buffer.h"
 #include "buffer/check_ring.h"
-#include "buffer/map_reader.h"
+#include "buffer/map_copy.h"
 #include "module/numbers.h"
 #include "render/routine_pointers.h"
 #include "scroll/scroll_table.h"
@@ -22,9 +22,8 @@ void fill(std::int32_t number, std::int32_t x, std::int32_t y) {
     plane.start = plane.buffer;
     plane.rows_to_wrap = r.height;
 
-    MapReader<Pixel> map(plane, plane.x, plane.y, r.width);
-    Pixel* row = reinterpret_cast<Pixel*>(plane.buffer);
-    for (std::int32_t i = 0; i < r.height; ++i, row += r.width) map.copy_row(row);
+    copy_from_map(plane, plane.x, plane.y, r.width, r.height, reinterpret_cast<Pixel*>(plane.buffer),
+                  r.width);
     check_filled(plane);
 }
 

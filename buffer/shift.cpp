@@ -3,7 +3,7 @@
 
 #include "buffer/buffer.h"
 #include "buffer/check_ring.h"
-#include "buffer/map_reader.h"
+#include "buffer/map_copy.h"
 #include "module/numbers.h"
 #include "render/routine_pointers.h"
 #include "scroll/scroll_table.h"
@@ -81,18 +81,19 @@ class Ring {
         return base_ + offset_ + (row * width_ - (row < plane_.rows_to_wrap ? 0 : size_));
     }
 
-    // Copies columns of the map into every view row, from view column `to` on.
+    // Copies columns of the map into every view row, from view column `to` on: the rows before the wrap, then
+    // those after it.
     void copy_columns(std::int64_t map_x, std::int64_t map_y, std::int32_t to, std::int32_t columns) const {
-        MapReader<Pixel> map(plane_, map_x, map_y, columns);
-        Pixel* row = view_row(0) + to;
-        for (std::int32_t i = 1; i <= height_; ++i) {
-            map.copy_row(row);
-            row += i == plane_.rows_to_wrap ? width_ - size_ : width_;
+        const std::int32_t before = plane_.rows_to_wrap;
+        copy_from_map(plane_, map_x, map_y, columns, before, view_row(0) + to, width_);
+        if (before < height_) {
+            copy_from_map(plane_, map_x, map_y + before, columns, height_ - before, view_row(before) + to,
+                          width_);
         }
     }
 
     void copy_row(std::int64_t map_x, std::int64_t map_y, std::int32_t to) const {
-        MapReader<Pixel>(plane_, map_x, map_y, width_).copy_row(view_row(to));
+        copy_from_map(plane_, map_x, map_y, width_, 1, view_row(to), width_);
     }
 
     std::int32_t width() const { return width_; }
