@@ -1,5 +1,143 @@
+#include <cstdio>
+#include <stdexcept>
+
+#include "bench/composition.h"
 #include "bench/parts.h"
+#include "bench/progress.h"
+#include "bench/view_copy.h"
+
 namespace bench {
-void measure_fills(const Options&, Report&) {}
-void measure_moves(const Options&, Report&) {}
+namespace {
+
+constexpr Variant one_plane{1, 0, 255};
+
+// A move beyond half the view is a fill, of a part of the map that was not shown before.
+Position refill(Size view) {
+    return {view.width / 2 + 1, 0};
+}
+
+// After moves the scroll has to show the map where it stands.
+void check_show(Stage& stage, Show& show, const std::string& what) {
+    const std::vector<std::byte> before(stage.screen().begin(), stage.screen().end());
+    show.draw({});
+    const auto expected = compose(stage, one_plane, show.front(), {}, before);
+    const std::string wrong = difference(stage, expected, 0);
+    if (!wrong.empty()) throw std::runtime_error("wrong picture after " + what + ": " + wrong);
+}
+
+void measure_fill(const Options& options, Size view, std::int32_t bits, const Pictures& pictures,
+                  Report& report) {
+    Measurement m{"fill", "fill", "1 plane", bits, view, "fill", {}, 0, 0};
+    if (!options.wants(m.name())) return;
+    Stage stage(options.module, view, bits, pictures);
+    Show show(stage, one_plane);
+    show.move({17, 9});
+    show.refill();
+    check_show(stage, show, "a fill");
+    const ViewCopy copy(stage);
+    const auto timings =
+        time_side_by_side({{"module", [&] { show.refill(); }}, {"memcpy", copy}}, options.plan());
+    for (const Timing& timing : timings) {
+        m.contender = timing.name;
+        m.microseconds = timing.microseconds;
+        m.ratio = timing.microseconds / timings[1].microseconds;
+        report.add(m);
+        if (&timing == timings.data())
+            std::printf("| %4d rows %-9s | %5d | %7.1f us | %5.2f |\n", view.height, text(view).c_str(), bits,
+                        m.microseconds, m.ratio);
+    }
+}
+
+struct Direction {
+    const char* name;
+    Position unit;
+};
+constexpr Direction directions[] = {
+    {"right", {1, 0}}, {"left", {-1, 0}}, {"down", {0, 1}}, {"up", {0, -1}}, {"diagonal", {1, 1}}};
+
+// 0, 1, 2, 4 ... and half the view; 0 shows what the script call itself costs.
+std::vector<std::int32_t> distances(const Options& options, Size view, Position unit) {
+    std::int32_t half = view.width / 2;
+    if (unit.x == 0) half = view.height / 2;
+    if (unit.x != 0 && unit.y != 0) half = std::min(view.width, view.height) / 2;
+    std::vector<std::int32_t> list{0};
+    const std::int32_t factor = options.quick ? 4 : 2;
+    for (std::int32_t n = 1; n < half; n *= factor) list.push_back(n);
+    list.push_back(half);
+    return list;
+}
+
+// Times one direction and prints the dearest distance.
+void measure_direction(const Options& options, Stage& stage, const Direction& direction, Report& report) {
+    const Size view = stage.view();
+    Plan plan = options.plan();
+    plan.rounds = std::min(plan.rounds, 5);
+    Measurement m{"move", "move", direction.name, stage.bits_per_pixel(), view, {}, {}, 0, 0};
+    Show show(stage, one_plane);
+    double worst = 0;
+    std::int32_t worst_distance = 0;
+    for (const std::int32_t n : distances(options, view, direction.unit)) {
+        const Position step{direction.unit.x * n, direction.unit.y * n};
+        m.value = std::to_string(n);
+        for (int i = 0; i < 7; ++i) show.move(step);
+        check_show(stage, show, m.name());
+        const auto timings = time_side_by_side(
+            {{"module", [&] { show.move(step); }}, {"refill", [&] { show.move(refill(view)); }}}, plan);
+        for (const Timing& timing : timings) {
+            m.contender = timing.name;
+            m.microseconds = timing.microseconds;
+            m.ratio = timing.microseconds / timings[1].microseconds;
+            report.add(m);
+        }
+        const double cost = timings[0].microseconds / timings[1].microseconds;
+        if (cost > worst) worst_distance = n;
+        worst = std::max(worst, cost);
+    }
+    std::printf("| %-9s | %5d | %-8s | %5.2f refills at %4d pixels |\n", text(view).c_str(),
+                stage.bits_per_pixel(), direction.name, worst, worst_distance);
+}
+
+struct MoveStage {
+    Size view;
+    std::int32_t bits_per_pixel;
+    bool in_subset;
+};
+// Some with rows of 4096 bytes or a multiple in buffer and map alike.
+constexpr MoveStage move_stages[] = {
+    {{640, 480}, 8, true},     {{640, 480}, 16, false},   {{640, 480}, 32, true},  {{1920, 1080}, 8, false},
+    {{1920, 1080}, 16, false}, {{1920, 1080}, 32, false}, {{4096, 512}, 8, false}, {{2048, 1152}, 16, false},
+    {{1024, 768}, 32, true},   {{2048, 1152}, 32, false},
+};
+
+Size map_of(const MoveStage& m) {
+    const bool page_rows = m.view.width * m.bits_per_pixel / 8 % 4096 == 0;
+    return page_rows ? Size{m.view.width * 2, m.view.height * 3 / 2} : map_size(m.view);
+}
+
+}  // namespace
+
+void measure_fills(const Options& options, Report& report) {
+    std::printf("\n| fill, view            | depth |       time |   / M |\n|---|---|---|---|\n");
+    for (const Size view : view_sizes) {
+        if (options.quick && view.height != 1080) continue;
+        const Pictures pictures(map_size(view));
+        for (const std::int32_t bits : {8, 16, 32}) measure_fill(options, view, bits, pictures, report);
+    }
+}
+
+void measure_moves(const Options& options, Report& report) {
+    std::printf("\n| move      | depth | towards  | dearest                    |\n|---|---|---|---|\n");
+    Progress progress("move", static_cast<int>(std::size(move_stages) * std::size(directions)));
+    for (const MoveStage& m : move_stages) {
+        const std::string name = text(m.view) + ", " + std::to_string(m.bits_per_pixel) + " bits";
+        if ((options.quick && !m.in_subset) || !options.wants("move, " + name)) continue;
+        const Pictures pictures(map_of(m));
+        Stage stage(options.module, m.view, m.bits_per_pixel, pictures);
+        for (const Direction& direction : directions) {
+            measure_direction(options, stage, direction, report);
+            progress.step(name);
+        }
+    }
+}
+
 }  // namespace bench

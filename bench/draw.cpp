@@ -92,19 +92,19 @@ std::vector<Timing> time_scene(const Options& options, Stage& stage, const Scene
 }
 
 void add_to(Report& report, const Scene& scene, const std::vector<Timing>& timings) {
-    const Timing& module = timings[0];
-    const Timing& memcpy = timings[1];
+    const double module = timings[0].microseconds;
+    const double memcpy = timings[1].microseconds;
+    const double peer = std::min(timings[2].microseconds, timings[3].microseconds);
     for (const Timing& timing : timings) {
         Measurement m = scene.measurement();
         m.contender = timing.name;
-        m.microseconds = timing.median();
-        m.ratio = ratio(timing, memcpy);
+        m.microseconds = timing.microseconds;
+        m.ratio = timing.microseconds / memcpy;
         report.add(m);
     }
-    const Timing& peer = timings[2].median() < timings[3].median() ? timings[2] : timings[3];
-    report.add_drawn(scene.family, scene.bits_per_pixel, ratio(module, memcpy), ratio(module, peer));
+    report.add_drawn(scene.family, scene.bits_per_pixel, module / memcpy, module / peer);
     if (timings.size() > 4)
-        report.add_run_length(scene.family, scene.bits_per_pixel, ratio(module, timings[4]));
+        report.add_run_length(scene.family, scene.bits_per_pixel, module / timings[4].microseconds);
 }
 
 void measure_stage(const Options& options, const std::vector<Scene>& scenes, const Pictures& pictures,

@@ -15,7 +15,7 @@ struct Options {
     bool quick = false;
     bool run_length = false;  // one more contender: SDL2 with run-length encoded surfaces
 
-    [[nodiscard]] Plan plan() const { return quick ? Plan{3, 150} : Plan{7, 600}; }
+    [[nodiscard]] Plan plan() const { return quick ? Plan{4, 120, 3} : Plan{}; }
     [[nodiscard]] bool wants(const std::string& name) const { return name.find(filter) != std::string::npos; }
 };
 

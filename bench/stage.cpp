@@ -6,6 +6,7 @@ namespace bench {
 namespace {
 
 constexpr std::int32_t file = 1;
+constexpr std::int32_t sprite_graph = 30;
 constexpr std::int32_t wrap_everywhere = 15;
 constexpr std::int32_t with_alpha = 10;  // added to a picture's number for its map with per-pixel alpha
 
@@ -64,25 +65,35 @@ void Stage::call(std::string_view function, std::initializer_list<std::int32_t> 
     if (result.failed()) throw host::Error(std::string(function) + " failed");
 }
 
-Show::Show(Stage& stage, const Variant& variant)
-    : stage_(stage), blit_(stage.engine().services()->BlitScroll2D) {
-    stage_.call("scroll_start", {0, file, Stage::front_graph(variant), Stage::back_graph(variant), 0,
+void Stage::add_process(std::int32_t x, std::int32_t y) {
+    if (engine_.files().find_map(file, sprite_graph) == nullptr)
+        engine_.files().create_map(file, sprite_graph, paint_sky({8, 8}), engine_.palette(), false);
+    ProcessLocals& process = engine_.processes().create(host::kScrollCoordinates);
+    process.file = file;
+    process.graph = sprite_graph;
+    process.x = x;
+    process.y = y;
+}
+
+Show::Show(Stage& stage, const Variant& variant, std::int32_t scroll)
+    : stage_(stage), scroll_(scroll), blit_(stage.engine().services()->BlitScroll2D), entry_(nullptr) {
+    stage_.call("scroll_start", {scroll, file, Stage::front_graph(variant), Stage::back_graph(variant), 0,
                                  wrap_everywhere, variant.mode});
     host::Engine& engine = stage_.engine();
-    engine.global("scroll", 0, "alpha") = variant.alpha;
-    x0_ = &engine.global("scroll", 0, "x0");
-    y0_ = &engine.global("scroll", 0, "y0");
-    x1_ = &engine.global("scroll", 0, "x1");
-    y1_ = &engine.global("scroll", 0, "y1");
+    engine.global("scroll", scroll, "alpha") = variant.alpha;
+    x0_ = &engine.global("scroll", scroll, "x0");
+    y0_ = &engine.global("scroll", scroll, "y0");
+    x1_ = &engine.global("scroll", scroll, "x1");
+    y1_ = &engine.global("scroll", scroll, "y1");
     engine.run_hook(host::Hook::frame);
-    if (engine.blit_lists().main().count() != 1)
-        throw host::Error("the frame hook did not make the one entry of the scroll");
-    entry_ = engine.blit_lists().main().entries().front();
+    for (__RVKBlit2D__* entry : engine.blit_lists().main().entries())
+        if (entry->id == scroll) entry_ = entry;
+    if (entry_ == nullptr) throw host::Error("the frame hook made no entry of the scroll");
 }
 
 Show::~Show() {
     stage_.engine().blit_lists().main().clear();
-    stage_.engine().call("scroll_stop", {0});
+    stage_.engine().call("scroll_stop", {scroll_});
 }
 
 }  // namespace bench

@@ -35,6 +35,9 @@ class Stage {
     [[nodiscard]] static std::int32_t front_graph(const Variant& variant);
     [[nodiscard]] static std::int32_t back_graph(const Variant& variant);
 
+    // Adds a process to the scrolls' coordinates, with a small graphic of its own.
+    void add_process(std::int32_t x, std::int32_t y);
+
     // A picture for the screen to hold before a scroll is drawn over it.
     void lay_backdrop();
 
@@ -48,28 +51,41 @@ class Stage {
     std::int32_t engine_pitch_;
 };
 
-// Scroll 0, running over the whole screen, its entry made by the module's frame hook.
+// A scroll running over the whole screen, its entry made by the module's frame hook.
 class Show {
   public:
-    Show(Stage& stage, const Variant& variant);
+    Show(Stage& stage, const Variant& variant, std::int32_t scroll = 0);
     ~Show();
     Show(const Show&) = delete;
     Show& operator=(const Show&) = delete;
 
     // Aims the scroll one step of the motion further and calls the draw callback.
     void draw(Position step) {
-        *x0_ += step.x;
-        *y0_ += step.y;
-        *x1_ = *x0_ >> 1;
-        *y1_ = *y0_ >> 1;
+        aim(step);
         blit_(entry_);
     }
+    // Aims likewise and moves the scroll by a script call, drawing nothing.
+    void move(Position step) {
+        aim(step);
+        stage_.engine().call("scroll_move", {scroll_});
+    }
+
+    // Fills the buffers anew where the scroll stands, by a script call.
+    void refill() { stage_.engine().call("scroll_refresh", {scroll_}); }
 
     [[nodiscard]] Position front() const { return {*x0_, *y0_}; }
     [[nodiscard]] Position back() const { return {*x1_, *y1_}; }
 
   private:
+    void aim(Position step) {
+        *x0_ += step.x;
+        *y0_ += step.y;
+        *x1_ = *x0_ >> 1;
+        *y1_ = *y0_ >> 1;
+    }
+
     Stage& stage_;
+    std::int32_t scroll_;
     std::int32_t *x0_, *y0_, *x1_, *y1_;  // in the script globals, which stay in place during a show
     std::int32_t (*blit_)(__RVKBlit2D__*);
     __RVKBlit2D__* entry_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <limits>
 
 namespace bench {
 namespace {
@@ -14,7 +15,7 @@ double microseconds_since(Clock::time_point start) {
 }
 
 // Timed in blocks, since reading the clock costs as much as a small pass.
-double take_turn(const Contender& contender, double turn_microseconds, int& block) {
+double take_turn(const Contender& contender, const Plan& plan, int& block) {
     for (int i = 0; i < contender.warm_passes; ++i) contender.pass();
     int passes = 0;
     double spent = 0;
@@ -23,18 +24,12 @@ double take_turn(const Contender& contender, double turn_microseconds, int& bloc
         for (int i = 0; i < block; ++i) contender.pass();
         passes += block;
         spent = microseconds_since(start);
-    } while (spent < turn_microseconds);
+    } while (spent < plan.turn_microseconds || passes < plan.least_passes);
     block = std::max(1, passes / 4);
     return spent / passes;
 }
 
 }  // namespace
-
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    const std::size_t middle = values.size() / 2;
-    return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
-}
 
 double geometric_mean(const std::vector<double>& values) {
     double sum = 0;
@@ -42,25 +37,18 @@ double geometric_mean(const std::vector<double>& values) {
     return std::exp(sum / static_cast<double>(values.size()));
 }
 
-double Timing::median() const {
-    return bench::median(rounds);
-}
-
 std::vector<Timing> time_side_by_side(const std::vector<Contender>& contenders, const Plan& plan) {
     std::vector<Timing> timings;
-    for (const Contender& contender : contenders) timings.push_back({contender.name, {}});
+    for (const Contender& contender : contenders)
+        timings.push_back({contender.name, std::numeric_limits<double>::infinity()});
     std::vector<int> blocks(contenders.size(), 1);
-    for (int round = 0; round < plan.rounds; ++round)
-        for (std::size_t i = 0; i < contenders.size(); ++i)
-            timings[i].rounds.push_back(take_turn(contenders[i], plan.turn_microseconds, blocks[i]));
+    for (int round = 0; round < plan.rounds; ++round) {
+        for (std::size_t i = 0; i < contenders.size(); ++i) {
+            const double turn = take_turn(contenders[i], plan, blocks[i]);
+            timings[i].microseconds = std::min(timings[i].microseconds, turn);
+        }
+    }
     return timings;
-}
-
-double ratio(const Timing& timing, const Timing& base) {
-    std::vector<double> quotients;
-    for (std::size_t i = 0; i < timing.rounds.size(); ++i)
-        quotients.push_back(timing.rounds[i] / base.rounds[i]);
-    return median(quotients);
 }
 
 }  // namespace bench
