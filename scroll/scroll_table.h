@@ -91,7 +91,7 @@ struct ScrollRecord {
     std::int32_t made_width;
     std::int32_t made_height;
     std::int32_t made_pixel_bytes;
-    std::uint8_t shortage_reported;  // a draw has told of the failed allocation that it still waits for
+    std::uint8_t shortage_reported;  // draws lack memory, and the script has been told
 };
 
 // One element of the script global scroll[10], laid out by the declaration text of the registration.

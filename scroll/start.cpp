@@ -114,9 +114,10 @@ bool set_up_plane(std::int32_t number, const MapRecord& map, BufferSize size) {
 
 std::int32_t start(const Arguments& a, std::int32_t planes) {
     scroll_num = a.num;
-    _scroll_ = script_element(a.num);
     ScrollRecord& r = *pscroll;
     if (r.active != 0) stop_scroll(a.num);
+    _scroll_ = script_element(
+        a.num);  // after the stop: ending processes is the host's work, and it may move its data
 
     r.file = a.file;
     r.flags = a.flags;

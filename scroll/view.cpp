@@ -99,7 +99,10 @@ bool bring_view_up_to_date() {
     const View asked = view_of(region_at(r.region), *r.dest_map);
     store_view(r, asked);
     if (asked.empty()) return false;
-    if (asked.same_size(old) && asked.inside(*r.dest_map)) return true;
+    if (asked.same_size(old) && asked.inside(*r.dest_map)) {
+        r.shortage_reported = 0;
+        return true;
+    }
 
     store_view(r, cut_to(asked, *r.dest_map));
     if (stored_view(r).empty()) return false;
