@@ -101,7 +101,8 @@ Scene random_scene(host::Bitmap& graphic, host::Bitmap& target) {
     b.clip_y = random_between(-5, 20);
     b.clip_y2 = random_between(5, target.height() + 5);
     b.size = b.size_x = b.size_y = 100;
-    b.word25 = random_between(0, 1) * random_between(-20, 300);
+    const std::array<std::int32_t, 7> translucencies{0, -20, 127, 128, 254, 300, random_between(1, 253)};
+    b.word25 = translucencies[static_cast<std::size_t>(random_between(0, 6))];
     graphic.set_alpha_flag(random_between(0, 1) != 0);
     const __RVKPoint2D__ anchor{random_between(-9, 9), random_between(-9, 9)};
     graphic.set_control_points({&anchor, random_between(0, 1) != 0 ? 1U : 0U});
@@ -314,6 +315,34 @@ TEST_CASE("A frame shows the backdrop, then by falling z the module's entries an
         REQUIRE(engine.faults().size() == 1);
         CHECK(engine.faults()[0] == "a draw routine left the list 'STANDIN' selected");
         CHECK(engine.untouched().empty());
+    }
+}
+
+TEST_CASE(
+    "A graph table turns an angle into the nearest of its directions, mirrored where the code is negative") {
+    host::Engine engine({.width = 4, .height = 4, .bits_per_pixel = 8});
+    for (std::int32_t graph = 1; graph <= 7; ++graph) engine.files().create_map(0, graph, 1, 1);
+    ProcessLocals& p = engine.processes().create(host::kScreenCoordinates);
+    const std::int32_t table[] = {7, 1, -2, 3, -4, 5, -6, 7};
+    engine.processes().set_graph_table(host::Processes::id_of(p), table);
+    for (int round = 0; round < 500; ++round) {
+        // A few degrees around each direction, and whole turns more or less.
+        const std::int32_t direction = random_between(0, 6);
+        const std::int32_t away = random_between(-25000, 25000);  // the borders lie 25714 away
+        p.angle = direction * 360000 / 7 + away + 360000 * random_between(-3, 3);
+        engine.frame();
+        CAPTURE(direction);
+        CAPTURE(away);
+        CHECK(p.graph == direction + 1);
+        CHECK(p.flags == direction % 2);
+        CHECK(p.angle >= 0);
+        CHECK(p.angle < 360000);
+    }
+    for (const std::int32_t count : {0, 257, -1}) {
+        const std::int32_t bad[] = {count, 1};
+        engine.processes().set_graph_table(host::Processes::id_of(p), bad);
+        engine.add_screen_processes();
+        CHECK(engine.blit_lists().main().count() == 0);
     }
 }
 
