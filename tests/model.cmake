@@ -1,2 +1,16 @@
 # Tests against the naive model of the module: pixel rules, walks, whole games.
 scroll2d_test(rules_test rules_test.cpp)
+
+add_library(scroll2d_model STATIC model.cpp model_lockstep.cpp png.cpp)
+target_compile_options(scroll2d_model PRIVATE -Wall -Wextra -Wconversion -Wshadow -Werror)
+target_link_libraries(scroll2d_model PUBLIC scroll2d_host)
+
+# scroll2d_model_test(name source...): a test program that runs the module beside the model.
+function(scroll2d_model_test name)
+    scroll2d_test(${name} ${ARGN})
+    target_compile_definitions(${name} PRIVATE SCROLL2D_MODULE="$<TARGET_FILE:RVK_mod_scroll2D>")
+    target_link_libraries(${name} PRIVATE scroll2d_model)
+    add_dependencies(${name} RVK_mod_scroll2D)
+endfunction()
+
+scroll2d_model_test(random_walk_test random_walk_test.cpp)

@@ -1,0 +1,81 @@
+// The module and the model side by side: whatever is asked of one is asked of the other, and after every step
+// all that can be seen of the module is compared: results, errors, script fields, entries of blit lists,
+// processes, services, and every pixel of the screen and of every map.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <initializer_list>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "host/engine.h"
+#include "tests/model.h"
+
+namespace model {
+
+// Says what differs, and what was called before.
+class Mismatch : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+// Fills a bitmap with pixels of which many are transparent, fully opaque, or nearly so.
+void fill_with_noise(host::Bitmap& bitmap, std::uint32_t seed);
+
+// The module to test: $SCROLL2D_MODULE, or else the one that was built.
+std::filesystem::path module_path(const char* built);
+
+class Lockstep {
+  public:
+    host::Engine engine;
+    Model model;
+
+    // Makes allocations of the module fail as Model::failing_allocations says; without it, none fails.
+    using FailAllocations = std::function<void(std::uint64_t)>;
+
+    explicit Lockstep(const host::Options& options, const std::filesystem::path& module,
+                      FailAllocations fail_allocations = {});
+
+    // ---- The module's doings. Each throws Mismatch, after writing pictures where pixels differ.
+    std::int32_t call(const std::string& function, std::initializer_list<std::int32_t> arguments);
+    void frame();
+    void change_video_mode(const host::VideoMode& mode, bool reset);
+    void stop_service(std::int32_t scroll);
+    void stop_all_service();
+    void ask_services(std::int32_t scroll, std::int32_t mask, __RVKRegion__ world);
+
+    // ---- What scripts and hosts do between. Bitmaps that a test has changed must be looked at anew.
+    void write(int scroll, Field field, std::int32_t value);
+    [[nodiscard]] std::int32_t read(int scroll, Field field);
+    void bitmaps_changed() { model.look_at_bitmaps(); }
+    // Bit i: allocation i of each later step fails.
+    void fail_allocations(std::uint64_t which) { failing_ = which; }
+    void note(std::string what);
+
+  private:
+    template <class Result, class Actual, class Expected>
+    Result step(Actual actual, Expected expected);
+    void begin_step();
+    void check();
+    void check_bitmap(const std::string& name, host::Bitmap& bitmap);
+    void check_processes();
+    void check_sprite_passes();
+    void draw_entry(__RVKBlit2D__& entry);
+    [[nodiscard]] std::string operands(const MapRecord* on, std::int32_t x, std::int32_t y) const;
+    void write_pictures(const host::Bitmap& actual, const std::vector<std::byte>& expected) const;
+    [[noreturn]] void differ(const std::string& what) const;
+    template <class Value>
+    void same(const Value& expected, const Value& actual, const std::string& what) const;
+    std::span<std::int32_t> script_fields();
+
+    FailAllocations hook_;
+    std::uint64_t failing_ = 0;
+    std::vector<std::string> notes_;
+    std::uint32_t checks_ = 0;
+};
+
+}  // namespace model
