@@ -26,7 +26,7 @@ void check_show(Stage& stage, Show& show, const std::string& what) {
 }
 
 void measure_fill(const Options& options, Size view, std::int32_t bits, const Pictures& pictures,
-                  Report& report) {
+                  Heading& heading, Report& report) {
     Measurement m{"fill", "fill", "1 plane", bits, view, "fill", {}, 0, 0};
     if (!options.wants(m.name())) return;
     Stage stage(options.module, view, bits, pictures);
@@ -37,6 +37,7 @@ void measure_fill(const Options& options, Size view, std::int32_t bits, const Pi
     const ViewCopy copy(stage);
     const auto timings =
         time_side_by_side({{"module", [&] { show.refill(); }}, {"memcpy", copy}}, options.plan());
+    heading.print_once();
     for (const Timing& timing : timings) {
         m.contender = timing.name;
         m.microseconds = timing.microseconds;
@@ -117,22 +118,24 @@ Size map_of(const MoveStage& m) {
 }  // namespace
 
 void measure_fills(const Options& options, Report& report) {
-    std::printf("\n| fill, view            | depth |       time |   / M |\n|---|---|---|---|\n");
+    Heading heading("| fill, view            | depth |       time |   / M |\n|---|---|---|---|\n");
     for (const Size view : view_sizes) {
         if (options.quick && view.height != 1080) continue;
         const Pictures pictures(map_size(view));
-        for (const std::int32_t bits : {8, 16, 32}) measure_fill(options, view, bits, pictures, report);
+        for (const std::int32_t bits : {8, 16, 32})
+            measure_fill(options, view, bits, pictures, heading, report);
     }
 }
 
 void measure_moves(const Options& options, Report& report) {
-    std::printf("\n| move      | depth | towards  | dearest                    |\n|---|---|---|---|\n");
+    Heading heading("| move      | depth | towards  | dearest                    |\n|---|---|---|---|\n");
     Progress progress("move", static_cast<int>(std::size(move_stages) * std::size(directions)));
     for (const MoveStage& m : move_stages) {
         const std::string name = text(m.view) + ", " + std::to_string(m.bits_per_pixel) + " bits";
         if ((options.quick && !m.in_subset) || !options.wants("move, " + name)) continue;
         const Pictures pictures(map_of(m));
         Stage stage(options.module, m.view, m.bits_per_pixel, pictures);
+        heading.print_once();
         for (const Direction& direction : directions) {
             measure_direction(options, stage, direction, report);
             progress.step(name);

@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <exception>
 #include <fstream>
+#include <stdexcept>
 
 #include "bench/options.h"
 #include "bench/parts.h"
@@ -30,6 +31,7 @@ void run(const Options& options) {
     if (wanted("fill")) measure_fills(options, report);
     if (wanted("move")) measure_moves(options, report);
     if (wanted("growth")) measure_growth(options, report);
+    if (report.empty()) throw std::runtime_error("no measurement's name contains \"" + options.filter + "\"");
     if (!options.csv.empty()) report.write_csv(options.csv);
 }
 

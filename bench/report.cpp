@@ -28,6 +28,11 @@ std::string Measurement::name() const {
            value;
 }
 
+void Heading::print_once() {
+    if (!text_.empty()) std::printf("\n%s", text_.c_str());
+    text_.clear();
+}
+
 void Report::add_drawn(const Family& family, std::int32_t bits, double per_memcpy, double per_peer) {
     DrawFigures& figures = drawn_[{&family, bits}];
     figures.per_memcpy.push_back(per_memcpy);

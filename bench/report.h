@@ -34,8 +34,19 @@ struct DrawFigures {
     std::vector<double> per_run_length;  // against SDL2 with run-length encoding; may be empty
 };
 
+// The head of a table, printed before its first row, so that a table without rows leaves nothing.
+class Heading {
+  public:
+    explicit Heading(std::string text) : text_(std::move(text)) {}
+    void print_once();
+
+  private:
+    std::string text_;
+};
+
 class Report {
   public:
+    [[nodiscard]] bool empty() const { return measurements_.empty(); }
     void add(Measurement measurement) { measurements_.push_back(std::move(measurement)); }
     void add_drawn(const Family& family, std::int32_t bits, double per_memcpy, double per_peer);
     void add_run_length(const Family& family, std::int32_t bits, double ratio);

@@ -96,15 +96,6 @@ class SdlPeer : public Peer {
 
 }  // namespace
 
-std::uint32_t over_black_pixel(std::uint32_t pixel) {
-    const std::uint32_t a = pixel >> 24;
-    if (a == 255) return pixel;
-    std::uint32_t result = 0;
-    for (int shift = 0; shift < 24; shift += 8)
-        result |= a == 0 ? 0 : (((pixel >> shift & 255) + 1) * a >> 8) << shift;
-    return result;
-}
-
 std::unique_ptr<Peer> make_sdl_peer(Stage& stage, const Variant& variant, bool run_length) {
     return std::make_unique<SdlPeer>(stage, variant, run_length);
 }

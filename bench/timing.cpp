@@ -24,7 +24,8 @@ double take_turn(const Contender& contender, const Plan& plan, int& block) {
         for (int i = 0; i < block; ++i) contender.pass();
         passes += block;
         spent = microseconds_since(start);
-    } while (spent < plan.turn_microseconds || passes < plan.least_passes);
+    } while (spent < plan.turn_microseconds ||
+             (passes < plan.least_passes && spent < plan.patience * plan.turn_microseconds));
     block = std::max(1, passes / 4);
     return spent / passes;
 }

@@ -19,6 +19,7 @@ struct Plan {
     int rounds = 9;
     double turn_microseconds = 400;  // least timed part of a turn
     int least_passes = 4;            // of a turn, since frames of a moving scroll differ in cost
+    double patience = 10;            // turns that take that many times too long may have fewer
 };
 
 struct Timing {

@@ -1,0 +1,149 @@
+#!/usr/bin/python3
+"""Turns the CSV of scroll2d_bench into the plots of docs/performance.md.
+
+usage: plot_bench.py FILE.csv [FOLDER]      FOLDER defaults to docs/performance
+"""
+
+import argparse
+import csv
+import math
+import pathlib
+import sys
+from collections import defaultdict
+
+import matplotlib
+
+matplotlib.use("Agg")
+import matplotlib.pyplot as plt  # noqa: E402  (after the choice of a backend that needs no window)
+
+COLOURS = {"module": "#1b6ca8", "SDL2": "#d1603d", "pixman": "#7a9e3c", "SDL2 run-length": "#b99ac7"}
+
+
+def geometric_mean(values):
+    return math.exp(sum(map(math.log, values)) / len(values))
+
+
+def read(path):
+    """The measurements as dictionaries, numbers converted."""
+    with open(path, newline="") as file:
+        rows = list(csv.DictReader(file))
+    for row in rows:
+        for key in ("bits_per_pixel", "width", "height"):
+            row[key] = int(row[key])
+        for key in ("microseconds", "ratio"):
+            row[key] = float(row[key])
+    return rows
+
+
+def plot_drawing(rows, folder):
+    """Time / memcpy of the view: one line per family and depth; the module's bar reaches to its worst scene."""
+    figures = defaultdict(lambda: defaultdict(list))
+    for row in rows:
+        if row["part"] == "draw" and row["contender"] != "memcpy":
+            figures[row["family"], row["bits_per_pixel"]][row["contender"]].append(row["ratio"])
+    if not figures:
+        return
+    # Families in the table's order: all depths of a family together.
+    order = list(dict.fromkeys(family for family, _ in figures))
+    order.sort(key=lambda family: min(depth for name, depth in figures if name == family))
+    lines = sorted(figures, key=lambda line: (order.index(line[0]), line[1]))
+    figure, axes = plt.subplots(figsize=(9, 0.3 * len(lines) + 1.4), layout="constrained")
+    for y, line in enumerate(lines):
+        for contender, ratios in figures[line].items():
+            mean = geometric_mean(ratios)
+            colour = COLOURS[contender]
+            if contender == "module":
+                axes.plot([mean, max(ratios)], [y, y], color=colour, linewidth=2)
+                axes.plot(max(ratios), y, "|", color=colour, markersize=9)
+            axes.plot(mean, y, "o", color=colour, label=contender if y == 0 else None)
+    axes.set_yticks(range(len(lines)), [f"{family}, {depth} bits" for family, depth in lines])
+    axes.invert_yaxis()
+    axes.set_xscale("log")
+    ticks = [1, 2, 3, 5, 10, 20, 50]
+    axes.set_xticks(ticks, map(str, ticks))
+    axes.minorticks_off()
+    axes.grid(axis="x", alpha=0.4)
+    axes.set_xlabel("time / memcpy of the view: geometric mean; the module's line ends at its worst scene")
+    axes.legend(loc="lower right")
+    figure.savefig(folder / "drawing.svg")
+
+
+def plot_moves(rows, folder):
+    """Cost of a move in refills over the pixels moved, one panel per direction."""
+    lines = defaultdict(list)
+    for row in rows:
+        if row["part"] == "move" and row["contender"] == "module" and row["value"] != "0":
+            stage = f"{row['width']}x{row['height']}, {row['bits_per_pixel']} bits"
+            lines[row["variant"], stage].append((int(row["value"]), row["ratio"]))
+    if not lines:
+        return
+    directions = list(dict.fromkeys(direction for direction, _ in lines))
+    stages = list(dict.fromkeys(stage for _, stage in lines))
+    colours = plt.get_cmap("tab10").colors
+    figure, panels = plt.subplots(2, 3, figsize=(12, 7), sharey=True, layout="constrained")
+    for panel, direction in zip(panels.flat, directions):
+        for colour, stage in zip(colours, stages):
+            points = lines[direction, stage]
+            panel.plot(*zip(*points), color=colour, marker=".", label=stage)
+        panel.axhline(1, color="black", linewidth=0.8)
+        panel.set_title(direction)
+        panel.set_xscale("log", base=2)
+        panel.set_ylim(bottom=0)
+        panel.grid(alpha=0.3)
+        panel.set_xlabel("pixels moved")
+    for panel in panels[:, 0]:
+        panel.set_ylabel("cost / refill")
+    legend = panels.flat[-1]
+    legend.axis("off")
+    legend.legend(*panels.flat[0].get_legend_handles_labels(), loc="center")
+    figure.savefig(folder / "moves.svg")
+
+
+def plot_growth(rows, folder):
+    """Microseconds of a frame over the size of each thing that can grow, with the line of proportion."""
+    series = defaultdict(list)
+    for row in rows:
+        if row["part"] == "growth":
+            value = row["value"]
+            size = math.prod(map(int, value.split("x"))) if "x" in value else int(value)
+            series[row["family"]].append((size, row["microseconds"]))
+    if not series:
+        return
+    figure, panels = plt.subplots(2, 2, figsize=(9, 6.5), layout="constrained")
+    for panel, (what, points) in zip(panels.flat, series.items()):
+        points = [point for point in points if point[0] > 0]
+        panel.plot(*zip(*points), color=COLOURS["module"], marker="o")
+        if what != "size of the map":
+            first, last = points[0], points[-1]
+            panel.plot([first[0], last[0]], [first[1], first[1] * last[0] / first[0]], "--", color="grey",
+                       label="in proportion to the first")
+            panel.legend()
+        panel.set_xscale("log")
+        panel.set_yscale("log")
+        if what == "size of the map":
+            panel.set_ylim(points[0][1] / 10, points[0][1] * 10)
+        panel.set_xlabel(what + (", pixels" if what == "size of the map" else ""))
+        panel.set_ylabel("microseconds a frame")
+        panel.grid(alpha=0.3)
+    figure.savefig(folder / "growth.svg")
+
+
+def main():
+    parser = argparse.ArgumentParser(description="Plots the CSV of scroll2d_bench.")
+    parser.add_argument("csv", type=pathlib.Path, help="written by scroll2d_bench --csv")
+    root = pathlib.Path(__file__).resolve().parent.parent
+    parser.add_argument("folder", type=pathlib.Path, nargs="?", default=root / "docs" / "performance")
+    arguments = parser.parse_args()
+    matplotlib.rcParams["svg.hashsalt"] = "scroll2d"  # the same file from the same figures
+    try:
+        rows = read(arguments.csv)
+    except (OSError, KeyError, ValueError) as error:
+        sys.exit(f"plot_bench: {arguments.csv} cannot be read: {error}")
+    arguments.folder.mkdir(parents=True, exist_ok=True)
+    plot_drawing(rows, arguments.folder)
+    plot_moves(rows, arguments.folder)
+    plot_growth(rows, arguments.folder)
+
+
+if __name__ == "__main__":
+    main()
