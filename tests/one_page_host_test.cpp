@@ -1,0 +1,75 @@
+// The example host, run as a stranger would run it: its picture against the map it paints.
+#define DOCTEST_CONFIG_IMPLEMENT_WITH_MAIN
+#include <doctest/doctest.h>
+
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <sys/wait.h>
+#include <vector>
+
+namespace {
+
+using Colour = std::array<int, 3>;
+
+// The example's map: dots in fields of 32 x 32 on stripes.
+Colour map_colour(int x, int y) {
+    const int dx = x % 32 - 16;
+    const int dy = y % 32 - 16;
+    if (dx * dx + dy * dy < 64) return {0xff, 0xf8, 0xd8};
+    return {40 + x * 160 / 192, 60 + y * 150 / 160, 110 + std::abs((x + y) % 32 - 16) * 5};
+}
+
+int modulo(int a, int m) {
+    return (a % m + m) % m;
+}
+
+// Screen pixel (x, y) after sixty moves of (5, -2): the map repeats through the region (16, 12) to (303, 187).
+Colour expected_colour(int x, int y) {
+    const bool in_view = x >= 16 && x <= 303 && y >= 12 && y <= 187;
+    return in_view ? map_colour(modulo(x - 16 + 300, 192), modulo(y - 12 - 120, 160)) : Colour{0, 0, 0};
+}
+
+int run(const std::string& arguments) {
+    const int status = std::system((ONE_PAGE_HOST " " + arguments).c_str());
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+std::string quoted(const std::string& path) {
+    return "'" + path + "'";
+}
+
+}  // namespace
+
+TEST_CASE("the host of one page shows its map through the region, repeated") {
+    const std::string picture = ONE_PAGE_HOST ".ppm";
+    REQUIRE(run(quoted(SCROLL2D_MODULE) + " " + quoted(picture)) == 0);
+
+    std::ifstream in(picture, std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(in), {}};
+    const std::string header = "P6\n320 200\n255\n";
+    REQUIRE(bytes.size() == header.size() + 320 * 200 * 3);
+    REQUIRE(bytes.substr(0, header.size()) == header);
+
+    int wrong = 0;
+    for (int i = 0; i < 320 * 200; ++i) {
+        const Colour wanted = expected_colour(i % 320, i / 320);
+        for (int channel = 0; channel < 3; ++channel) {
+            const auto byte = static_cast<std::uint8_t>(
+                bytes[header.size() + static_cast<std::size_t>(i * 3 + channel)]);
+            if (byte == wanted[static_cast<std::size_t>(channel)]) continue;
+            if (++wrong == 1) MESSAGE("first wrong pixel: " << i % 320 << ", " << i / 320);
+        }
+    }
+    CHECK(wrong == 0);
+}
+
+TEST_CASE("the host of one page says what it cannot do by its exit status") {
+    const std::string silent = " 2> /dev/null";
+    CHECK(run(silent) == 2);
+    CHECK(run("/no/such/module.so x.ppm" + silent) == 1);
+    CHECK(run(quoted(SCROLL2D_MODULE) + " /no/such/folder/x.ppm" + silent) == 1);
+}

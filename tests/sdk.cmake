@@ -1,0 +1,20 @@
+# The example host and the installed SDK.
+scroll2d_test(one_page_host_test one_page_host_test.cpp)
+target_compile_definitions(one_page_host_test PRIVATE
+    ONE_PAGE_HOST="$<TARGET_FILE:one_page_host>"
+    SCROLL2D_MODULE="$<TARGET_FILE:RVK_mod_scroll2D>")
+add_dependencies(one_page_host_test one_page_host RVK_mod_scroll2D)
+
+set(sdk_flags)
+if(SCROLL2D_SANITIZE)
+    set(sdk_flags -fsanitize=address,undefined)
+endif()
+add_test(NAME sdk_test
+    COMMAND ${CMAKE_COMMAND} -D BUILD=${CMAKE_BINARY_DIR} -D CONFIG=$<CONFIG> -D CC=${CMAKE_C_COMPILER}
+        "-DFLAGS=${sdk_flags}" -D REFERENCE=$<TARGET_FILE:one_page_host>.ppm
+        -P ${CMAKE_CURRENT_SOURCE_DIR}/sdk_test.cmake)
+set_tests_properties(one_page_host_test PROPERTIES FIXTURES_SETUP one_page_picture)
+set_tests_properties(sdk_test PROPERTIES FIXTURES_REQUIRED one_page_picture)
+
+add_test(NAME pointers_test
+    COMMAND ${CMAKE_COMMAND} -D ROOT=${CMAKE_SOURCE_DIR} -P ${CMAKE_CURRENT_SOURCE_DIR}/pointers_test.cmake)
