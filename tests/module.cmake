@@ -12,3 +12,27 @@ endfunction()
 scroll2d_module_test(registration_test registration_test.cpp)
 scroll2d_module_test(start_test start_test.cpp)
 scroll2d_module_test(stop_test stop_test.cpp)
+scroll2d_module_test(camera_test camera_test.cpp)
+scroll2d_module_test(destination_test destination_test.cpp)
+scroll2d_module_test(frame_test frame_test.cpp)
+scroll2d_module_test(sprite_test sprite_test.cpp)
+
+scroll2d_module_test(binary_test binary_test.cpp)
+target_compile_definitions(binary_test PRIVATE
+    SCROLL2D_EXPORTS="${CMAKE_SOURCE_DIR}/module/exports.map"
+    SCROLL2D_SHIPS=$<AND:$<CONFIG:Release>,$<NOT:$<BOOL:${SCROLL2D_SANITIZE}>>>)
+
+# ---- The header that hosts build with, by itself, in every language and compiler they may use
+find_program(SCROLL2D_CLANG clang)
+foreach(compiler ${CMAKE_C_COMPILER} ${SCROLL2D_CLANG})
+    if(compiler MATCHES "NOTFOUND")
+        continue()
+    endif()
+    foreach(standard c99 c11 c++11 c++20)
+        string(REGEX MATCH "^c(\\+\\+)?" language ${standard})
+        get_filename_component(name ${compiler} NAME)
+        add_test(NAME host_records.${name}.${standard}
+            COMMAND ${compiler} -m32 -std=${standard} -x ${language} -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+                -Werror -fsyntax-only -include ${CMAKE_SOURCE_DIR}/module/host_records.h /dev/null)
+    endforeach()
+endforeach()

@@ -12,6 +12,7 @@
 #include <optional>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/engine.h"
@@ -39,18 +40,22 @@ inline std::ostream& operator<<(std::ostream& out, const Position& p) {
     return out << '(' << p.x << ", " << p.y << ')';
 }
 
-// A slot of a host record, replaced while this object lives; `original` is what stood there.
+// A slot of a host record, replaced while this object lives; `original` is what stood there. Of two objects
+// for one slot the inner one may not call its original.
 template <auto Slot>
 class Replaced;
 template <class Record, class Result, class... Arguments, Result (*Record::*Slot)(Arguments...)>
 class Replaced<Slot> {
   public:
     using Function = std::function<Result(Arguments...)>;
-    Replaced(Record& record, Function instead) : original(record.*Slot), record_(record) {
-        function_ = std::move(instead);
+    Replaced(Record& record, Function instead)
+        : original(record.*Slot), record_(record), outer_(std::exchange(function_, std::move(instead))) {
         record.*Slot = [](Arguments... arguments) -> Result { return function_(arguments...); };
     }
-    ~Replaced() { record_.*Slot = original; }
+    ~Replaced() {
+        record_.*Slot = original;
+        function_ = std::move(outer_);
+    }
     Replaced(const Replaced&) = delete;
     Replaced& operator=(const Replaced&) = delete;
 
@@ -58,6 +63,7 @@ class Replaced<Slot> {
 
   private:
     Record& record_;
+    Function outer_;
     static inline Function function_;
 };
 
