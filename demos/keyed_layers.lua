@@ -11,7 +11,7 @@ scroll_start(0, 1, 10, 11, -1, 1 + 4, scroll_layers_key)
 
 creatures.flier("owl", 260, 4000, 92, 4, {z = 600, size = 70})
 creatures.flier("owl", 196, 4000, 196, 4, {z = 600, size = 130})     -- behind the near pines
-creatures.flier("owl", -8, 4000, 184, 4, {z = 400, size = 170})      -- in front of them
+creatures.flier("owl", 92, 4000, 184, 3, {z = 400, size = 170})      -- in front of them
 for i = 1, 120 do creatures.firefly(20 * i, 190 + 37 * i % 60, {z = i % 2 == 0 and 600 or 400}) end
 
 while true do
