@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <regex>
 #include <stdexcept>
+#include <string_view>
 
 #include "player/lua_support.h"
 #include "player/names.h"
@@ -27,10 +27,12 @@ std::vector<std::string> global_names(lua_State* L) {
 
 // Lua's own message for a mistyped function says that a global is nil; say what it may have been meant to be.
 std::string with_suggestion(lua_State* L, const std::string& message) {
-    static const std::regex nil_global("nil value \\(global '(\\w+)'\\)");
-    std::smatch match;
-    if (!std::regex_search(message, match, nil_global)) return message;
-    const std::string hint = suggestion(match[1].str(), global_names(L));
+    constexpr std::string_view before = "nil value (global '";
+    const auto start = message.find(before);
+    if (start == std::string::npos) return message;
+    const auto name = start + before.size();
+    const std::string hint =
+        suggestion(message.substr(name, message.find('\'', name) - name), global_names(L));
     return hint.find("did you mean") == std::string::npos ? message : message + hint;
 }
 
