@@ -289,7 +289,10 @@ bool Model::bring_view_up_to_date(int n) {
     store(s, asked);
     if (asked.empty()) return false;
     const bool inside = asked.x + asked.width <= on.width && asked.y + asked.height <= on.height;
-    if (inside && asked.width == old.width && asked.height == old.height) return true;
+    if (inside && asked.width == old.width && asked.height == old.height) {
+        s.shortage_told = false;
+        return true;
+    }
     store(s, cut(asked, on));
     if (view(s).empty()) return false;
     if (const int failed = renew(s)) {

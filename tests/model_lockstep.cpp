@@ -56,7 +56,11 @@ Surface surface_of(const MapRecord& bitmap) {
 template <int routine>
 std::int32_t stamp_entry(__RVKBlit2D__* blit) {
     static int calls = 0;  // six routines at six addresses
-    stamp(words_of(*blit), surface_of(*blit->bitmap), surface_of(*blit->target));
+    if (blit->bitmap == nullptr || blit->bitmap->pixels == nullptr) {
+        host::Engine::live()->add_fault("a sprite routine was given a graphic without pixels");
+    } else {
+        stamp(words_of(*blit), surface_of(*blit->bitmap), surface_of(*blit->target));
+    }
     return ++calls;
 }
 
