@@ -18,5 +18,5 @@ install(DIRECTORY docs/host DESTINATION ${sdk_documents} FILES_MATCHING PATTERN 
 install(FILES examples/one_page_host.c DESTINATION ${sdk_documents}/examples)
 
 # The film of the plane buffer, made from the buffer's own code: tools/ring_movie.py runs it.
-add_executable(ring_movie EXCLUDE_FROM_ALL tools/ring_movie.cpp $<TARGET_OBJECTS:scroll2d_objects>)
+add_executable(ring_movie tools/ring_movie.cpp $<TARGET_OBJECTS:scroll2d_objects>)
 target_compile_options(ring_movie PRIVATE -Wall -Wextra -Wconversion -Wshadow -Werror)

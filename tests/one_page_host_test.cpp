@@ -2,13 +2,13 @@
 #define DOCTEST_CONFIG_IMPLEMENT_WITH_MAIN
 #include <doctest/doctest.h>
 
+#include <sys/wait.h>
 #include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <string>
-#include <sys/wait.h>
 #include <vector>
 
 namespace {
@@ -27,7 +27,8 @@ int modulo(int a, int m) {
     return (a % m + m) % m;
 }
 
-// Screen pixel (x, y) after sixty moves of (5, -2): the map repeats through the region (16, 12) to (303, 187).
+// Screen pixel (x, y) after sixty moves of (5, -2): the map repeats through the region (16, 12) to (303,
+// 187).
 Colour expected_colour(int x, int y) {
     const bool in_view = x >= 16 && x <= 303 && y >= 12 && y <= 187;
     return in_view ? map_colour(modulo(x - 16 + 300, 192), modulo(y - 12 - 120, 160)) : Colour{0, 0, 0};
@@ -58,8 +59,8 @@ TEST_CASE("the host of one page shows its map through the region, repeated") {
     for (int i = 0; i < 320 * 200; ++i) {
         const Colour wanted = expected_colour(i % 320, i / 320);
         for (int channel = 0; channel < 3; ++channel) {
-            const auto byte = static_cast<std::uint8_t>(
-                bytes[header.size() + static_cast<std::size_t>(i * 3 + channel)]);
+            const auto byte =
+                static_cast<std::uint8_t>(bytes[header.size() + static_cast<std::size_t>(i * 3 + channel)]);
             if (byte == wanted[static_cast<std::size_t>(channel)]) continue;
             if (++wrong == 1) MESSAGE("first wrong pixel: " << i % 320 << ", " << i / 320);
         }

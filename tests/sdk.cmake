@@ -1,4 +1,4 @@
-# The example host and the installed SDK.
+# What the pages show and name: the example host, the installed SDK, the film of the ring, the pointers into code.
 scroll2d_test(one_page_host_test one_page_host_test.cpp)
 target_compile_definitions(one_page_host_test PRIVATE
     ONE_PAGE_HOST="$<TARGET_FILE:one_page_host>"
@@ -18,3 +18,6 @@ set_tests_properties(sdk_test PROPERTIES FIXTURES_REQUIRED one_page_picture)
 
 add_test(NAME pointers_test
     COMMAND ${CMAKE_COMMAND} -D ROOT=${CMAKE_SOURCE_DIR} -P ${CMAKE_CURRENT_SOURCE_DIR}/pointers_test.cmake)
+
+# The program checks every view pixel of its story by itself.
+add_test(NAME ring_movie COMMAND ring_movie)

@@ -1,14 +1,16 @@
-// Drives the real buffer of a plane through a short story and writes what its memory holds after each step, one
-// JSON object a line. tools/ring_movie.py draws the pictures.
+// Drives the real buffer of a plane through a short story and writes what its memory holds after each step,
+// one JSON object a line. tools/ring_movie.py draws the pictures.
 //
-// The map's pixels are numbers that say which map pixel they are, so that the drawing can tell every cell of the
-// memory by its origin. The view is read by the reader that draws scrolls.
+// The map's pixels are numbers that say which map pixel they are, so that the drawing can tell every cell of
+// the memory by its origin. The view is read by the reader that draws scrolls; a view that is not the map's
+// cut at its position ends the story with exit status 1.
 #include <cstdint>
 #include <cstdio>
 #include <vector>
 
 #include "buffer/buffer.h"
 #include "module/host_records.h"
+#include "module/numbers.h"
 #include "render/plane_drawing.h"
 #include "render/routine_pointers.h"
 #include "scroll/scroll_table.h"
@@ -33,7 +35,8 @@ struct Chapter {
 constexpr Chapter story[] = {
     {0, 0, 1, "A fill lays the view out from the first cell of the memory on.", "fill"},
     {1, 0, 1, "One step right: the read pointer goes one cell on, one column is copied.", "right"},
-    {1, 0, 7, "Nothing else moves. The last row now runs past the ring's end, into the extra row.", "straddle"},
+    {1, 0, 7, "Nothing else moves. The last row now runs past the ring's end, into the extra row.",
+     "straddle"},
     {0, 1, 3, "A step down: one row on, one row is copied over the one that left.", "down"},
     {-1, 0, 7, "Left again: the pointer goes back, the left column is copied.", nullptr},
     {-1, 0, 1, "At the first cell of a ring row, the straddling is over.", "boundary"},
@@ -46,6 +49,21 @@ constexpr Chapter story[] = {
     {-3, 0, 8, "The map repeats: its left edge follows its right one.", "repeat"},
     {16, -4, 1, "More than half the view: a fill is cheaper.", "refill"},
 };
+
+bool view_is_right() {
+    const Plane plane = plane_of(*pscroll, 1);
+    const PlaneRows<std::uint32_t> rows(*pscroll, plane);
+    for (std::int32_t row = 0; row < view_height; ++row) {
+        for (std::int32_t column = 0; column < view_width; ++column) {
+            const std::int32_t x = floor_mod(std::int64_t{plane.x} + column, map_width);
+            const std::int32_t y = floor_mod(std::int64_t{plane.y} + row, map_height);
+            if (rows[row][column] == static_cast<std::uint32_t>(y * map_width + x)) continue;
+            std::fprintf(stderr, "view pixel (%d, %d) is wrong at (%d, %d)\n", column, row, plane.x, plane.y);
+            return false;
+        }
+    }
+    return true;
+}
 
 void print_cells(const char* name, const std::uint32_t* cells, std::int32_t count) {
     std::printf(",\"%s\":[", name);
@@ -60,9 +78,10 @@ void print_frame(const Chapter& chapter, bool last) {
     const Plane plane = plane_of(*pscroll, 1);
     const auto* const memory = reinterpret_cast<const std::uint32_t*>(plane.buffer);
     const PlaneRows<std::uint32_t> rows(*pscroll, plane);
-    std::printf("{\"caption\":\"%s\",\"still\":\"%s\",\"dx\":%d,\"dy\":%d,\"x\":%d,\"y\":%d,\"rows_to_wrap\":%d",
-                chapter.caption, last && chapter.still != nullptr ? chapter.still : "", chapter.dx, chapter.dy,
-                plane.x, plane.y, plane.rows_to_wrap);
+    std::printf(
+        "{\"caption\":\"%s\",\"still\":\"%s\",\"dx\":%d,\"dy\":%d,\"x\":%d,\"y\":%d,\"rows_to_wrap\":%d",
+        chapter.caption, last && chapter.still != nullptr ? chapter.still : "", chapter.dx, chapter.dy,
+        plane.x, plane.y, plane.rows_to_wrap);
     std::printf(",\"row_begins\":[");
     for (std::int32_t row = 0; row < view_height; ++row) {
         std::printf("%s%d", row == 0 ? "" : ",", static_cast<int>(rows[row] - memory));
@@ -108,6 +127,7 @@ int main() {
     for (const Chapter& chapter : story) {
         for (std::int32_t i = 1; i <= chapter.times; ++i) {
             if (chapter.dx != 0 || chapter.dy != 0) moving_scroll(1, chapter.dx, chapter.dy);
+            if (!view_is_right()) return 1;
             print_frame(chapter, i == chapter.times);
         }
     }
