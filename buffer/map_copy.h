@@ -11,12 +11,14 @@
 
 namespace scroll2d {
 
-// Copies columns x rows pixels; both strides in pixels. Narrow rectangles are what a moving scroll copies at
-// every frame, a column or a few at a time: there a call for each row would cost more than its pixels.
+// Copies columns x rows pixels, row by row from the top; both strides in pixels. Narrow rectangles are what a
+// moving scroll copies at every frame, a column or a few at a time: there a call for each row would cost more
+// than its pixels.
 template <class Pixel>
 void copy_block(Pixel* to, std::ptrdiff_t to_stride, const Pixel* from, std::ptrdiff_t from_stride,
                 std::int32_t columns, std::int32_t rows) {
     constexpr std::int32_t narrow = 16 / sizeof(Pixel);
+    if (columns < 1) return;
     if (columns == 1) {
         for (; rows > 0; --rows, to += to_stride, from += from_stride) *to = *from;
     } else if (columns < narrow) {
@@ -29,29 +31,46 @@ void copy_block(Pixel* to, std::ptrdiff_t to_stride, const Pixel* from, std::ptr
     }
 }
 
+// Repeats the first `period` pixels of a row up to its end, doubling what is there each time.
+template <class Pixel>
+void repeat_pixels(Pixel* row, std::int32_t period, std::int32_t columns) {
+    for (std::int32_t done = period; done < columns;) {
+        const std::int32_t run = std::min(done, columns - done);
+        std::memcpy(row + done, row, static_cast<std::size_t>(run) * sizeof(Pixel));
+        done += run;
+    }
+}
+
 // Copies the rectangle of a plane's map at (x, y), which wraps on both axes, to rows `stride` pixels apart.
-// Neither the map nor the rectangle may be empty. Cut where the map repeats: nothing wraps inside a block.
+// Neither the map nor the rectangle may be empty. A map smaller than the rectangle is read once and repeated
+// from there, so that a small map costs no more than a large one.
 template <class Pixel>
 void copy_from_map(const Plane& plane, std::int64_t x, std::int64_t y, std::int32_t columns,
                    std::int32_t rows, Pixel* to, std::ptrdiff_t stride) {
     const auto* const pixels = reinterpret_cast<const Pixel*>(plane.map_pixels);
     const std::ptrdiff_t map_stride = plane.map_width;
-    std::int32_t map_row = floor_mod(y, plane.map_height);
-    const std::int32_t first_column = floor_mod(x, plane.map_width);
-    while (rows > 0) {
-        const std::int32_t block_rows = std::min(rows, plane.map_height - map_row);
-        const Pixel* const from = pixels + map_row * map_stride;
-        std::int32_t map_column = first_column;
-        for (std::int32_t done = 0; done < columns;) {
-            const std::int32_t block_columns = std::min(columns - done, plane.map_width - map_column);
-            copy_block(to + done, stride, from + map_column, map_stride, block_columns, block_rows);
-            done += block_columns;
-            map_column = 0;
-        }
-        to += block_rows * stride;
-        rows -= block_rows;
-        map_row = 0;
+    const std::int32_t map_column = floor_mod(x, plane.map_width);
+    const std::int32_t map_row = floor_mod(y, plane.map_height);
+    const std::int32_t once_columns = std::min(columns, plane.map_width);
+    const std::int32_t once_rows = std::min(rows, plane.map_height);
+
+    // Up to four blocks, cut where the map begins again.
+    const std::int32_t left = std::min(once_columns, plane.map_width - map_column);
+    const std::int32_t upper = std::min(once_rows, plane.map_height - map_row);
+    const auto copy_band = [&](Pixel* band, std::int32_t from_row, std::int32_t band_rows) {
+        const Pixel* const from = pixels + from_row * map_stride;
+        copy_block(band, stride, from + map_column, map_stride, left, band_rows);
+        copy_block(band + left, stride, from, map_stride, once_columns - left, band_rows);
+    };
+    copy_band(to, map_row, upper);
+    copy_band(to + upper * stride, 0, once_rows - upper);
+
+    if (once_columns < columns) {
+        for (std::int32_t row = 0; row < once_rows; ++row)
+            repeat_pixels(to + row * stride, once_columns, columns);
     }
+    const std::ptrdiff_t period = once_rows * stride;
+    copy_block(to + period, stride, to, stride, columns, rows - once_rows);
 }
 
 }  // namespace scroll2d
