@@ -112,7 +112,7 @@ void Model::set_pixel(const MapRecord* b, Int index, Pixel value) {
     std::memcpy(pixels.at(b).data() + static_cast<std::size_t>(index) * size, &value, size);
 }
 Surface Model::surface(const MapRecord* b) {
-    return {b->width, b->height, pixels.at(b).data()};
+    return {b->width, b->height, b->pixels != nullptr ? pixels.at(b).data() : nullptr};
 }
 
 std::int32_t Model::fail(std::int32_t code, const char* function, std::int32_t argument, Int value) {
@@ -124,11 +124,20 @@ bool Model::refuse_number(std::int32_t number, const char* function, std::int32_
     fail(code, function, 1, number);
     return true;
 }
+void Model::fail(int nth, bool for_good) {
+    allocations = 0;
+    failing_ = nth;
+    failing_for_good_ = for_good;
+}
 bool Model::allocate(Int size) {
     if (size > INT32_MAX) return false;
-    const bool fails = (failing_allocations & 1) != 0;
-    failing_allocations >>= 1;
-    return !fails;
+    ++allocations;
+    return failing_ == 0 || allocations < failing_ || (allocations > failing_ && !failing_for_good_);
+}
+int Model::buffers() const {
+    int count = 0;
+    for (const Scroll& s : scrolls) count += s.active ? s.planes : 0;
+    return count;
 }
 
 // ---- Planes
@@ -683,7 +692,7 @@ bool Model::collect(int n, Locals& p, Entry& entry) {
     const FileRecord* owner = engine_.files().find_file(p[27]);
     host::Map* map = engine_.files().find_map(p[27], p[28]);
     if (owner == nullptr || owner->word1 == 0 || map == nullptr || map->entry().word0 == 0) return false;
-    const MapRecord* graphic = bitmap(p[27], p[28]);
+    const MapRecord* graphic = map->entry().bitmap;  // with pixels or without: that is the host's matter
     if (graphic == nullptr) return false;
 
     const Scroll& s = at(scrolls, n);

@@ -93,8 +93,12 @@ class Model {
     std::vector<std::vector<Entry>> sprite_passes;           // since cleared; word 44 is 0 in a layer entry
     std::map<const MapRecord*, std::vector<std::byte>> pixels;   // of the screen and of every map
     std::map<const MapRecord*, std::vector<std::byte>> painted;  // `pixels` as they were before the last draw
-    // Bit i: allocation i from now on fails.
-    std::uint64_t failing_allocations = 0;
+    int allocations = 0;                                         // asked for since the last fail()
+
+    // From now on the n-th allocation fails, counted from 1; with `for_good` all after it too. 0: none.
+    void fail(int nth, bool for_good);
+    // Blocks of memory that the module should hold.
+    [[nodiscard]] int buffers() const;
 
     // Takes over what a test has done to bitmaps, or to processes.
     void look_at_bitmaps();
@@ -175,6 +179,8 @@ class Model {
 
     host::Engine& engine_;
     Sprite sprite_;
+    int failing_ = 0;
+    bool failing_for_good_ = false;
 };
 
 }  // namespace model

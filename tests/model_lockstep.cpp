@@ -31,8 +31,10 @@ std::int32_t sort_and_keep() {
     return result;
 }
 
-// A sprite routine fit for any numbers: the graphic, keyed, with its top left at the position, clipped.
+// A sprite routine fit for any numbers: the graphic, keyed, with its top left at the position, clipped. A
+// graphic without pixels is none.
 void stamp(const Entry& e, Surface graphic, Surface target) {
+    if (graphic.pixels == nullptr) return;
     const auto bytes =
         static_cast<std::size_t>(host::bytes_per_pixel(host::Engine::live()->video().bits_per_pixel));
     const Int left = std::max<Int>({0, e[12], e[37]});
@@ -56,11 +58,7 @@ Surface surface_of(const MapRecord& bitmap) {
 template <int routine>
 std::int32_t stamp_entry(__RVKBlit2D__* blit) {
     static int calls = 0;  // six routines at six addresses
-    if (blit->bitmap == nullptr || blit->bitmap->pixels == nullptr) {
-        host::Engine::live()->add_fault("a sprite routine was given a graphic without pixels");
-    } else {
-        stamp(words_of(*blit), surface_of(*blit->bitmap), surface_of(*blit->target));
-    }
+    stamp(words_of(*blit), surface_of(*blit->bitmap), surface_of(*blit->target));
     return ++calls;
 }
 
@@ -130,11 +128,11 @@ std::filesystem::path module_path(const char* built) {
     return chosen != nullptr ? chosen : built;
 }
 
-Lockstep::Lockstep(const host::Options& options, const std::filesystem::path& module,
-                   FailAllocations fail_allocations)
-    : engine(options), model(engine, stamp), hook_(std::move(fail_allocations)) {
+Lockstep::Lockstep(const host::Options& options, const std::filesystem::path& module)
+    : engine(options), model(engine, stamp) {
     replace_routines(engine.graphics());
     engine.load(module);
+    memory.attach(module.c_str());
     // A module that was not unloaded since its last game may remember positions of second planes.
     engine.files().create_map(1, 1, 1, 1);
     for (std::int32_t n = 0; n < 10; ++n) engine.call("scroll_start", {n, 1, 1, 1, -1, 0});
@@ -171,6 +169,18 @@ std::int32_t Lockstep::read(int scroll, Field field) {
     return script_fields()[static_cast<std::size_t>(15 * scroll + field)];
 }
 
+void Lockstep::fail_allocations(int nth, bool for_good) {
+    note("allocation " + text(nth) + (for_good ? " and on" : "") + " of each step is to fail");
+    failing_ = nth;
+    failing_for_good_ = for_good;
+}
+
+void Lockstep::finish() {
+    engine.unload();
+    same(0, static_cast<int>(memory.live.size()), "blocks of memory after the end");
+    same(0, memory.bad_frees, "wrong frees");
+}
+
 void Lockstep::begin_step() {
     model.look_at_processes();
     model.errors.clear();
@@ -183,12 +193,13 @@ void Lockstep::begin_step() {
 template <class Result, class Actual, class Expected>
 Result Lockstep::step(Actual actual, Expected expected) {
     begin_step();
-    model.failing_allocations = hook_ ? failing_ : 0;
+    model.fail(failing_, failing_for_good_);
     const Result wanted = expected();
-    if (hook_) hook_(failing_);
+    memory.fail(failing_, failing_for_good_);
     const Result got = actual();
-    if (hook_) hook_(0);
     same(wanted, got, "result");
+    same(model.allocations, memory.made, "allocations");
+    memory.heal();
     check();
     return got;
 }
@@ -317,6 +328,8 @@ void Lockstep::check() {
         for (const std::int32_t graph : engine.files().graphs(f))
             check_bitmap("map " + text(graph) + " of file " + text(f), *engine.files().find_map(f, graph));
     for (std::int32_t n = -1; n <= 10; ++n) ask_services(n, 0, {0, 1, 0, 1});
+    same(model.buffers(), static_cast<int>(memory.live.size()), "blocks of memory");
+    same(0, memory.bad_frees, "wrong frees");
     if (++checks_ % 64 == 0) same({}, engine.untouched(), "words that are the host's");
 }
 

@@ -1,11 +1,10 @@
 // The module and the model side by side: whatever is asked of one is asked of the other, and after every step
 // all that can be seen of the module is compared: results, errors, script fields, entries of blit lists,
-// processes, services, and every pixel of the screen and of every map.
+// processes, services, memory held, and every pixel of the screen and of every map.
 #pragma once
 
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <initializer_list>
 #include <span>
 #include <stdexcept>
@@ -13,6 +12,7 @@
 #include <vector>
 
 #include "host/engine.h"
+#include "tests/allocation.h"
 #include "tests/model.h"
 
 namespace model {
@@ -31,14 +31,11 @@ std::filesystem::path module_path(const char* built);
 
 class Lockstep {
   public:
+    tests::ModuleAllocator memory;
     host::Engine engine;
     Model model;
 
-    // Makes allocations of the module fail as Model::failing_allocations says; without it, none fails.
-    using FailAllocations = std::function<void(std::uint64_t)>;
-
-    explicit Lockstep(const host::Options& options, const std::filesystem::path& module,
-                      FailAllocations fail_allocations = {});
+    Lockstep(const host::Options& options, const std::filesystem::path& module);
 
     // ---- The module's doings. Each throws Mismatch, after writing pictures where pixels differ.
     std::int32_t call(const std::string& function, std::initializer_list<std::int32_t> arguments);
@@ -52,8 +49,11 @@ class Lockstep {
     void write(int scroll, Field field, std::int32_t value);
     [[nodiscard]] std::int32_t read(int scroll, Field field);
     void bitmaps_changed() { model.look_at_bitmaps(); }
-    // Bit i: allocation i of each later step fails.
-    void fail_allocations(std::uint64_t which) { failing_ = which; }
+    // In each later step the n-th allocation fails, counted from 1, and the ones after it with `for_good`. 0:
+    // none.
+    void fail_allocations(int nth, bool for_good);
+    // Unloads the module and looks for what it left behind. The end of a game.
+    void finish();
     void note(std::string what);
 
   private:
@@ -72,8 +72,8 @@ class Lockstep {
     void same(const Value& expected, const Value& actual, const std::string& what) const;
     std::span<std::int32_t> script_fields();
 
-    FailAllocations hook_;
-    std::uint64_t failing_ = 0;
+    int failing_ = 0;
+    bool failing_for_good_ = false;
     std::vector<std::string> notes_;
     std::uint32_t checks_ = 0;
 };

@@ -69,8 +69,7 @@ constexpr std::size_t kProcesses = 24;  // at most
 
 class Game {
   public:
-    Game(Bytes& bytes, const std::filesystem::path& module, const Lockstep::FailAllocations& fail)
-        : in(bytes), run(options(bytes), module, fail) {
+    Game(Bytes& bytes, const std::filesystem::path& module) : in(bytes), run(options(bytes), module) {
         for (std::int32_t graph = 1; graph <= 4; ++graph) make_map(1, graph);
         for (std::int32_t region = 1; region < kRegions; ++region) define_region(region);
         redraw_screen();
@@ -119,6 +118,8 @@ class Game {
         while (chosen >= choice->weight) chosen -= (choice++)->weight;
         (this->*choice->act)();
     }
+
+    void finish() { run.finish(); }
 
   private:
     static host::Options options(Bytes& bytes) {
@@ -365,12 +366,9 @@ class Game {
     }
 
     void shorten_memory() {
-        const std::int32_t kind = in.below(4);
-        const std::uint64_t which = kind == 0   ? ~std::uint64_t{0}
-                                    : kind == 1 ? std::uint64_t{1} << in.below(4)
-                                                : 0;
-        run.note("failing allocations: " + std::to_string(which));
-        run.fail_allocations(which);
+        const bool healed = in.one_in(2);
+        const int nth = 1 + in.below(4);
+        run.fail_allocations(healed ? 0 : nth, in.one_in(2));
     }
 
     void change_counts() {
@@ -400,11 +398,11 @@ class Game {
 
 }  // namespace
 
-void play_game(std::span<const std::uint8_t> bytes, const std::filesystem::path& module,
-               const Lockstep::FailAllocations& fail_allocations) {
+void play_game(std::span<const std::uint8_t> bytes, const std::filesystem::path& module) {
     Bytes in(bytes);
-    Game game(in, module, fail_allocations);
+    Game game(in, module);
     while (!in.used_up()) game.step();
+    game.finish();
 }
 
 }  // namespace model

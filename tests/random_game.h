@@ -12,7 +12,6 @@ namespace model {
 
 // Plays until the bytes are used up. Any bytes make a game, and the same bytes the same game. Throws
 // Mismatch.
-void play_game(std::span<const std::uint8_t> bytes, const std::filesystem::path& module,
-               const Lockstep::FailAllocations& fail_allocations = {});
+void play_game(std::span<const std::uint8_t> bytes, const std::filesystem::path& module);
 
 }  // namespace model
