@@ -1,18 +1,18 @@
 -- Pictures of the demos: each comes in true colour (NAME.png) and in the common palette (NAME.8.png).
 -- All of them go into file 1.
-local art = {file = 1}
+local art = {file = 1, folder = "art/"}
 
 -- Sets the video mode, keeping the colour depth that the player was started with.
 function art.screen(width, height)
     local _, _, depth = screen_size()
     set_mode(width, height, depth)
     art.depth = depth
-    if depth == 8 then set_palette("art/hero.8.png") end    -- any of them: the palette is common
+    if depth == 8 then set_palette(art.folder .. "hero.8.png") end    -- any of them: the palette is common
     return width, height
 end
 
 local function path(name, indexed)
-    return "art/" .. name .. (indexed and ".8" or "") .. ".png"
+    return art.folder .. name .. (indexed and ".8" or "") .. ".png"
 end
 
 function art.path(name)

@@ -1,0 +1,203 @@
+-- options: --bpp 8
+-- options: --bpp 16
+-- options: --bpp 32
+-- What docs/script-authors.md promises, promise by promise.
+local screen_w, screen_h, bpp = screen_size()
+set_mode(320, 200, bpp)
+new_map(1, 10, 1000, 800, "#ff0000")
+new_map(1, 11, 600, 500, "#00ff00")
+new_map(1, 12, 64, 48, "#0000ff")
+
+local function same(got, expected, what)
+    assert(got == expected, ("%s: %s, not %s"):format(what, got, expected))
+end
+
+local function refused(words, fn, ...)
+    local fine, message = pcall(fn, ...)
+    assert(not fine and message:find(words, 1, true), ("%s, not %s"):format(message, words))
+end
+
+local function fields(n, expected)
+    for name, value in pairs(expected) do same(scroll[n][name], value, ("scroll[%d].%s"):format(n, name)) end
+end
+
+local defaults = {camera = 0, ratio = 200, file = 0, graph1 = 0, graph2 = 0, region1 = -1, region2 = -1, speed = 0,
+                  x0 = 0, y0 = 0, x1 = 0, y1 = 0, z = 512, alpha = 255, visible = 1}
+local function fresh(...)
+    scroll_stop(all_scroll)
+    same(scroll_start(0, ...), 0, "scroll_start")
+end
+
+-- ---- scroll_start: errors, choice of maps, start positions
+for n = 0, 9 do fields(n, defaults) end
+refused("(error 107, argument 1, value 10)", scroll_start, 10, 1, 10, 0, -1, 0)
+refused("(error 107, argument 1, value -1)", scroll_start, all_scroll, 1, 10, 0, -1, 0)
+refused("error 109, argument 2", scroll_start, 0, -1, 10, 0, -1, 0)
+refused("error 109, argument 2", scroll_start, 0, 100, 10, 0, -1, 0)
+refused("error 110, argument 3", scroll_start, 0, 1, 1000, 0, -1, 0)
+refused("error 110, argument 4", scroll_start, 0, 1, 10, -1, -1, 0)
+refused("error 111, argument 2", scroll_start, 0, 7, 10, 0, -1, 0)
+refused("error 108, argument 5", scroll_start, 0, 1, 10, 0, 77, 0)
+refused("error 108, argument 5", scroll_start, 0, 1, 10, 0, -2, 0)
+refused("error 112, argument 3", scroll_start, 0, 1, 40, 41, -1, 0)
+define_region(3, 400, 0, 10, 10)
+refused("error 146, argument 5", scroll_start, 0, 1, 10, 0, 3, 0)
+same(scroll_start(0, 1, 10, 0, -1, 0, 4), -2147483648, "a mode that does not exist")
+refused("takes 6 or 7 arguments", scroll_start, 0, 1, 10)
+same(start_scroll(0, 1, 40, 11, -1, 0), 0, "plane 2 stands in")
+fields(0, {file = 1, graph1 = 11, graph2 = 0})
+set_point(1, 10, 0, 900, -7)
+fresh(1, 10, 41, -1, 0)
+fields(0, {x0 = 680, y0 = 0, graph1 = 10, graph2 = 0})
+set_point(1, 10, 0, 100, 100)
+
+-- ---- Moving without a camera: the edge stops a plane, a flag lets it go on, a small map always repeats
+fresh(1, 10, 11, -1, 0)
+scroll[0].x0, scroll[0].y0, scroll[0].x1, scroll[0].ratio, scroll[0].speed = 5000, -5, 30, 0, 1
+same(scroll_move(0), 1, "scroll_move")
+fields(0, {x0 = 680, y0 = 0, x1 = 0})                -- a jump of plane 1 loses what was asked of plane 2
+scroll[0].x0, scroll[0].x1 = 660, 30
+frame()
+fields(0, {x0 = 660, x1 = 30})                       -- a step does not
+fresh(1, 10, 0, -1, 1)
+scroll[0].x0, scroll[0].y0 = -5000, 5000
+frame()
+fields(0, {x0 = -5000, y0 = 600})
+fresh(1, 12, 0, -1, 0)
+scroll[0].x0, scroll[0].y0 = -5000, 5000
+frame()
+fields(0, {x0 = -5000, y0 = 5000})
+
+-- ---- The camera
+local cam = process {ctype = c_scroll, x = 500, y = 400}
+local function follow(x, y, more)
+    cam = exists(cam) and cam or process {ctype = c_scroll}
+    cam.x, cam.y, scroll[0].camera = x, y, cam
+    for name, value in pairs(more or {}) do scroll[0][name] = value end
+    scroll_move(0)
+    return scroll[0].x0, scroll[0].y0
+end
+local function camera_at(x, y, expected_x, expected_y, more)
+    local at_x, at_y = follow(x, y, more)
+    same(at_x, expected_x, "x0"); same(at_y, expected_y, "y0")
+end
+fresh(1, 10, 11, -1, 0)
+camera_at(500, 400, 340, 300)
+scroll[0].x0 = 7
+camera_at(500, 400, 340, 300)
+same(scroll[0].x1, 120, "x1 at ratio 200")
+camera_at(601, 400, 441, 300, {ratio = -100}); same(scroll[0].x1, 19, "x1 at ratio -100")
+camera_at(602, 400, 442, 300, {ratio = 200}); same(scroll[0].x1, 19, "a single pixel is lost at ratio 200")
+camera_at(604, 400, 444, 300, {ratio = 50}); same(scroll[0].x1, 23, "x1 at ratio 50")
+camera_at(614, 400, 454, 300, {ratio = 0}); same(scroll[0].x1, 23, "x1 at ratio 0")
+cam.resolution = 10
+camera_at(5009, 4000, 340, 300)
+cam.resolution = 0
+define_region(1, 100, 50, 100, 100)                  -- 100 to 199, 50 to 149
+camera_at(540, 400, 341, 300, {region1 = 1})
+camera_at(450, 400, 341, 300)
+camera_at(440, 349, 340, 299)
+define_region(2, 20, 10, 280, 180)                   -- 20 to 299
+camera_at(550, 400, 344, 299, {region2 = 2, speed = 4})
+camera_at(550, 400, 348, 299)
+camera_at(660, 400, 361, 299)                        -- beyond region2: brought to its edge at once
+camera_at(660, 400, 461, 299, {speed = 0})
+camera_at(700, 400, 501, 299, {region2 = -1, speed = 1})
+camera_at(500, 400, 340, 300, {region1 = 70000})     -- no such number: no region
+define_region(4, 600, 600, 10, 10)                   -- a region that the destination does not reach
+local there = follow(500, 400, {region1 = 4})
+local here = follow(500, 400)
+assert(there ~= here and follow(500, 400) == there, "a region off the destination makes the picture jump to and fro")
+scroll[0].region1 = -1
+kill(cam)
+local x0 = scroll[0].x0
+scroll[0].x0 = 5
+scroll_move(0)
+same(scroll[0].x0, 5, "x0 that nobody overwrote while the camera was gone")
+scroll[0].camera = 0
+scroll_move(0)
+same(scroll[0].x0, 5, "x0 once there is no camera")
+
+-- ---- alpha and visible
+fresh(1, 10, 0, -1, 0)
+for value, kept in pairs {[300] = 255, [-5] = 0, [77] = 77} do
+    scroll[0].alpha = value
+    frame()
+    same(scroll[0].alpha, kept, "alpha")
+end
+scroll[0].visible, scroll[0].x0 = 0, 33
+frame(2)
+same(scroll_offset(0), -100, "a hidden scroll stands still")
+scroll[0].visible = -1
+frame()
+same(scroll_offset(0), -100, "so does one with a negative visible")
+scroll[0].visible = 5
+frame()
+frame()
+same(scroll_offset(0), -33, "and goes on when it is seen again")
+
+-- ---- scroll_refresh
+fresh(1, 10, 0, -1, 0)
+scroll[0].graph1 = 11
+same(refresh_scroll(0), 1, "scroll_refresh")
+scroll[0].graph1 = 0
+same(scroll_refresh(all_scroll), 1, "scroll_refresh of all")
+fields(0, {graph1 = 11})
+scroll[0].graph2 = 12
+same(scroll_refresh(0), 1, "no plane 2 appears"); fields(0, {graph2 = 12})
+scroll[0].graph1 = 44
+same(scroll_refresh(0), 0, "a map that does not exist")
+refused("error 107, argument 1", scroll_refresh, 10)
+
+-- ---- scroll_set_destination
+new_map(1, 20, 100, 60, "#ffffff")
+fresh(1, 10, 0, -1, 0)
+same(scroll_set_destination(all_scroll, 0, 0, -1), 10, "all to the screen")
+same(scroll_set_destination(0, 1, 0, -1), 0, "graph 0 of another file")
+same(scroll_set_destination(0, 1, 45, -1), 0, "a destination that does not exist")
+same(scroll_set_destination(0, 1, 20, 3), 0, "a region off the destination")
+refused("error 131, argument 1", scroll_set_destination, 10, 0, 0, -1)
+refused("error 109, argument 2", scroll_set_destination, 0, -1, 0, -1)
+refused("error 110, argument 3", scroll_set_destination, 0, 1, -1, -1)
+refused("error 108, argument 4", scroll_set_destination, 0, 1, 20, 77)
+same(scroll_set_destination(0, 1, 20, -1), 1, "onto a map")
+frame(2)
+same(pixel(1, 20, 50, 30), pixel(1, 10, 150, 130), "the map shows the scroll")
+scroll_stop(0)
+same(scroll_start(0, 1, 12, 0, -1, 0), 0, "started again")
+frame(2)
+same(pixel(1, 20, 50, 30), pixel(1, 12, 0, 0), "a destination outlasts a stop")
+scroll_set_destination(0, 0, 0, -1)
+
+-- ---- scroll_stop, and what becomes of the processes
+scroll_stop(all_scroll)
+scroll_start(2, 1, 10, 0, -1, 0)
+scroll_start(5, 1, 10, 0, -1, 0)
+scroll[5].z, scroll[7].ratio = 3, 9
+local in_two, in_all = process {ctype = c_scroll, scroll_mask = 4}, process {ctype = c_scroll}
+same(scroll_stop(3), 0, "an idle scroll")
+assert(exists(in_two))
+same(stop_scroll(2), 1, "a running one")
+assert(not exists(in_two) and exists(in_all))
+same(scroll_stop(all_scroll), 1, "the rest")
+assert(not exists(in_all))
+for n = 0, 9 do fields(n, defaults) end
+refused("error 107, argument 1", scroll_stop, 10)
+refused("error 107, argument 1", scroll_move, -2)
+
+-- ---- Sprites: one that names no scroll with its mask is in all; the clip region lies in the world
+if bpp > 8 then
+    fresh(1, 10, 0, -1, 0)
+    new_map(1, 30, 20, 20, "#ffffff")
+    local white, red = pixel(1, 30, 0, 0), pixel(1, 10, 0, 0)
+    scroll_set_destination(0, 1, 20, -1)
+    local sprite = process {ctype = c_scroll, file = 1, graph = 30, x = 120, y = 120, z = 9, region = 5}
+    define_region(5, 115, 110, 20, 20)
+    frame(2)
+    same(pixel(1, 20, 14, 20), red, "left of the clip region")
+    same(pixel(1, 20, 15, 20), white, "inside the clip region")
+    sprite.scroll_mask = 2
+    frame(2)
+    same(pixel(1, 20, 15, 20), red, "in no scroll that runs")
+    same(map_size(1, 30), 20, "the picture is still there")
+end
