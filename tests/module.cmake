@@ -16,6 +16,8 @@ scroll2d_module_test(camera_test camera_test.cpp)
 scroll2d_module_test(destination_test destination_test.cpp)
 scroll2d_module_test(frame_test frame_test.cpp)
 scroll2d_module_test(sprite_test sprite_test.cpp)
+scroll2d_module_test(allocation_test allocation_test.cpp allocation.cpp)
+scroll2d_module_test(hostile_test hostile_test.cpp allocation.cpp)
 
 scroll2d_module_test(binary_test binary_test.cpp)
 target_compile_definitions(binary_test PRIVATE

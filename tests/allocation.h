@@ -1,0 +1,42 @@
+// The module's memory: counts what it holds and makes allocations fail.
+//
+// Works on the loaded module's table of addresses, so it sees exactly the module's own calls, with and
+// without sanitizers. Attach after each load; a module is not to be called once its allocator is gone, so the
+// allocator outlives it.
+#pragma once
+
+#include <cstddef>
+#include <map>
+
+namespace tests {
+
+class ModuleAllocator {
+  public:
+    ModuleAllocator();
+    ModuleAllocator(const ModuleAllocator&) = delete;
+    ModuleAllocator& operator=(const ModuleAllocator&) = delete;
+    ~ModuleAllocator();
+
+    // Puts itself between the loaded module at `path` and malloc and free. Asserts that it found both.
+    void attach(const char* path);
+
+    // From now on the n-th allocation (1 is the next) fails; with `for_good` all after it too. 0: none.
+    void fail(int nth, bool for_good);
+    void heal() { fail(0, false); }
+
+    int made = 0;             // allocations asked for since the last fail() or heal(), failed ones included
+    int bad_frees = 0;        // of addresses that the module did not hold
+    std::size_t largest = 0;  // bytes asked for at once, so far
+    // Blocks that the module holds, by address, with their bytes.
+    std::map<void*, std::size_t> live;
+
+  private:
+    static void* allocate(std::size_t bytes);
+    static void release(void* block);
+
+    int fail_at_ = 0;
+    bool for_good_ = false;
+    static ModuleAllocator* attached_;
+};
+
+}  // namespace tests
