@@ -51,11 +51,15 @@ set_up() {
     install_system_packages && "$SCROLL2D_ROOT/tools/fetch_i386.sh"
 }
 
-# Configures and builds a preset. Quiet when all is well; otherwise the whole log.
+# build_preset PRESET [TARGET...]: configures and builds, all targets unless some are named. Quiet when all is well;
+# otherwise the whole log.
 build_preset() {
-    local preset=$1 log
+    local preset=$1 log targets=()
+    shift
+    (($# == 0)) || targets=(--target "$@")
     log=$(mktemp)
-    if ! { cd "$SCROLL2D_ROOT" && cmake --preset "$preset" && cmake --build --preset "$preset"; } > "$log" 2>&1; then
+    if ! (cd "$SCROLL2D_ROOT" && cmake --preset "$preset" &&
+          cmake --build --preset "$preset" "${targets[@]}") > "$log" 2>&1 < /dev/null; then
         cat "$log" >&2
         rm -f "$log"
         say "the $preset build failed"
