@@ -35,6 +35,10 @@ def read(path):
     return rows
 
 
+def save(figure, path):
+    figure.savefig(path, metadata={"Date": None})
+
+
 def plot_drawing(rows, folder):
     """Time / memcpy of the view: one line per family and depth; the module's bar reaches to its worst scene."""
     figures = defaultdict(lambda: defaultdict(list))
@@ -59,13 +63,14 @@ def plot_drawing(rows, folder):
     axes.set_yticks(range(len(lines)), [f"{family}, {depth} bits" for family, depth in lines])
     axes.invert_yaxis()
     axes.set_xscale("log")
-    ticks = [1, 2, 3, 5, 10, 20, 50]
+    ticks = [1, 2, 3, 5, 10, 20, 50, 100]
     axes.set_xticks(ticks, map(str, ticks))
     axes.minorticks_off()
     axes.grid(axis="x", alpha=0.4)
-    axes.set_xlabel("time / memcpy of the view: geometric mean; the module's line ends at its worst scene")
-    axes.legend(loc="lower right")
-    figure.savefig(folder / "drawing.svg")
+    axes.set_xlabel("time / memcpy of the view")
+    axes.set_title("Geometric means; the module's line ends at its worst scene", fontsize="medium")
+    axes.legend(loc="upper right", ncols=2)
+    save(figure, folder / "drawing.svg")
 
 
 def plot_moves(rows, folder):
@@ -88,19 +93,19 @@ def plot_moves(rows, folder):
         panel.axhline(1, color="black", linewidth=0.8)
         panel.set_title(direction)
         panel.set_xscale("log", base=2)
-        panel.set_ylim(bottom=0)
         panel.grid(alpha=0.3)
         panel.set_xlabel("pixels moved")
+    panels[0, 0].set_ylim(bottom=0)  # shared, so only once every line is there
     for panel in panels[:, 0]:
         panel.set_ylabel("cost / refill")
     legend = panels.flat[-1]
     legend.axis("off")
     legend.legend(*panels.flat[0].get_legend_handles_labels(), loc="center")
-    figure.savefig(folder / "moves.svg")
+    save(figure, folder / "moves.svg")
 
 
 def plot_growth(rows, folder):
-    """Microseconds of a frame over the size of each thing that can grow, with the line of proportion."""
+    """Microseconds of a frame over each thing that can grow, with the line of proportion."""
     series = defaultdict(list)
     for row in rows:
         if row["part"] == "growth":
@@ -111,7 +116,8 @@ def plot_growth(rows, folder):
         return
     figure, panels = plt.subplots(2, 2, figsize=(9, 6.5), layout="constrained")
     for panel, (what, points) in zip(panels.flat, series.items()):
-        points = [point for point in points if point[0] > 0]
+        empty = sum(time for size, time in points if size == 0)  # a frame without any of the counted things
+        points = [(size, time - empty) for size, time in points if size > 0]
         panel.plot(*zip(*points), color=COLOURS["module"], marker="o")
         if what != "size of the map":
             first, last = points[0], points[-1]
@@ -123,9 +129,9 @@ def plot_growth(rows, folder):
         if what == "size of the map":
             panel.set_ylim(points[0][1] / 10, points[0][1] * 10)
         panel.set_xlabel(what + (", pixels" if what == "size of the map" else ""))
-        panel.set_ylabel("microseconds a frame")
+        panel.set_ylabel("microseconds a frame" + (", less those of none" if empty else ""))
         panel.grid(alpha=0.3)
-    figure.savefig(folder / "growth.svg")
+    save(figure, folder / "growth.svg")
 
 
 def main():
@@ -134,7 +140,8 @@ def main():
     root = pathlib.Path(__file__).resolve().parent.parent
     parser.add_argument("folder", type=pathlib.Path, nargs="?", default=root / "docs" / "performance")
     arguments = parser.parse_args()
-    matplotlib.rcParams["svg.hashsalt"] = "scroll2d"  # the same file from the same figures
+    # The same small file from the same figures.
+    matplotlib.rcParams.update({"svg.hashsalt": "scroll2d", "svg.fonttype": "none"})
     try:
         rows = read(arguments.csv)
     except (OSError, KeyError, ValueError) as error:
