@@ -3,3 +3,4 @@ add_test(NAME gallery_tool COMMAND ${CMAKE_SOURCE_DIR}/tests/gallery_test.py ${C
 if(TARGET scroll2d_player AND NOT SCROLL2D_SANITIZE)
     add_test(NAME gallery COMMAND ${CMAKE_SOURCE_DIR}/tools/gallery check --player $<TARGET_FILE:scroll2d_player>)
 endif()
+add_test(NAME guide_pages COMMAND ${CMAKE_SOURCE_DIR}/tests/guide_test.py)

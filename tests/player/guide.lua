@@ -104,6 +104,12 @@ camera_at(660, 400, 361, 299)                        -- beyond region2: brought 
 camera_at(660, 400, 461, 299, {speed = 0})
 camera_at(700, 400, 501, 299, {region2 = -1, speed = 1})
 camera_at(500, 400, 340, 300, {region1 = 70000})     -- no such number: no region
+camera_at(500, 400, 500, 400, {region1 = 60})        -- never defined: the screen's corner
+camera_at(500, 400, 340, 300, {region1 = -1})
+follow(510, 400, {region2 = 2, speed = 3})
+frame()
+same(scroll[0].x0, 346, "scroll_move and the drawing both move")
+scroll[0].region2 = -1
 define_region(4, 600, 600, 10, 10)                   -- a region that the destination does not reach
 local there = follow(500, 400, {region1 = 4})
 local here = follow(500, 400)
@@ -117,6 +123,11 @@ same(scroll[0].x0, 5, "x0 that nobody overwrote while the camera was gone")
 scroll[0].camera = 0
 scroll_move(0)
 same(scroll[0].x0, 5, "x0 once there is no camera")
+
+-- ---- A start keeps the fields, but for maps and positions
+scroll[0].ratio, scroll[0].z = 70, 40
+scroll_start(0, 1, 11, 0, -1, 0)
+fields(0, {ratio = 70, z = 40, x0 = 0, y0 = 0, graph1 = 11})
 
 -- ---- alpha and visible
 fresh(1, 10, 0, -1, 0)
@@ -167,7 +178,21 @@ scroll_stop(0)
 same(scroll_start(0, 1, 12, 0, -1, 0), 0, "started again")
 frame(2)
 same(pixel(1, 20, 50, 30), pixel(1, 12, 0, 0), "a destination outlasts a stop")
-scroll_set_destination(0, 0, 0, -1)
+same(scroll_start(1, 1, 20, 0, -1, 0), 1, "a scroll of the map that scroll 0 draws into")
+unload_map(1, 12)
+same(scroll_move(0), 0, "a map that has gone")
+new_map(1, 12, 64, 48, "#00ffff")
+same(scroll_refresh(0), 1, "another map in its place")
+scroll[0].z = 600
+new_map(1, 21, 320, 200)
+scroll_set_destination(1, 1, 21, -1)
+frame(2)
+same(pixel(1, 20, 9, 9), pixel(1, 12, 0, 0), "scroll 0 draws its map")
+assert(pixel(1, 21, 9, 9) ~= pixel(1, 20, 9, 9), "scroll 1 has not looked at it again")
+scroll_refresh(1)
+frame(2)
+same(pixel(1, 21, 9, 9), pixel(1, 20, 9, 9), "now it has")
+scroll_set_destination(all_scroll, 0, 0, -1)
 
 -- ---- scroll_stop, and what becomes of the processes
 scroll_stop(all_scroll)

@@ -1,0 +1,63 @@
+#!/usr/bin/env python3
+"""The pages for script authors against what they speak of: pictures, scripts, functions, fields."""
+import pathlib
+import re
+import unittest
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+DOCS, DEMOS = ROOT / "docs", ROOT / "demos"
+GUIDE, GALLERY = DOCS / "script-authors.md", DOCS / "gallery.md"
+
+
+def pictures(page):
+    return {(page.parent / name).resolve() for name in re.findall(r"!\[[^]]*\]\(([^)]+)\)", page.read_text())}
+
+
+def anchor(heading):
+    return re.sub(r"[^\w -]", "", heading.lower()).replace(" ", "-")
+
+
+class Pages(unittest.TestCase):
+    def test_links_lead_somewhere(self):
+        for page in (GUIDE, GALLERY):
+            text = page.read_text()
+            anchors = {anchor(heading) for heading in re.findall(r"^#+ (.*)$", text, re.MULTILINE)}
+            for target in re.findall(r"\]\(([^)]+)\)", text):
+                if target.startswith("#"):
+                    self.assertIn(target[1:], anchors, page)
+                else:
+                    self.assertTrue((page.parent / target).exists(), f"{page}: {target}")
+            for script in re.findall(r"demos/[\w/]+\.lua", text):
+                self.assertTrue((ROOT / script).exists(), f"{page}: {script}")
+
+    def test_the_gallery_shows_and_plays_every_demo(self):
+        demos = set(DEMOS.glob("*.lua"))
+        self.assertEqual(pictures(GALLERY), {demo.with_suffix(".png") for demo in demos})
+        played = set(re.findall(r"\./play (demos/\w+\.lua)", GALLERY.read_text()))
+        self.assertEqual(played, {str(demo.relative_to(ROOT)) for demo in demos})
+
+    def test_the_guide_shows_every_picture_made_for_it(self):
+        self.assertLessEqual(set(DEMOS.glob("guide/*.png")), pictures(GUIDE))
+
+    def test_the_first_script_is_the_one_that_is_played(self):
+        printed = re.search(r"```lua\n(.*?)```", GUIDE.read_text(), re.DOTALL).group(1)
+        lines = (DEMOS / "guide/first.lua").read_text().splitlines(keepends=True)
+        self.assertEqual(printed, "".join(line for line in lines if not line.startswith("-- ")))
+
+    def test_everything_a_script_can_name_is_described(self):
+        source, guide = (ROOT / "module/registration.cpp").read_text(), GUIDE.read_text()
+        headings = " ".join(re.findall(r"^### (.*)$", guide, re.MULTILINE))
+        functions = set(re.findall(r'\{"(\w+)\(I', source))
+        self.assertGreater(len(functions), 5)
+        self.assertLessEqual(functions, set(re.findall(r"\w+", headings)))
+        for name in re.findall(r'\{"(\w+)", \1\}', source):
+            self.assertIn(f"`{name}", guide)
+        fields = dict(re.findall(r'"int (\w+) *= (-?\d+);"', source))
+        self.assertEqual(len(fields), 15)
+        table = guide[guide.index("## Fields"):guide.index("## Errors")].replace("\N{MINUS SIGN}", "-")
+        described = {name: default for names, default in re.findall(r"^\| (`.*?`) \| (-?\d+) ", table, re.MULTILINE)
+                     for name in re.findall(r"`(\w+)`", names)}
+        self.assertEqual(described, fields)
+
+
+unittest.main()
