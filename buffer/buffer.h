@@ -96,5 +96,8 @@ void moving_scroll_down_32bits(std::int32_t plane, std::int32_t x, std::int32_t 
 void moving_scroll_columns_8bits(std::int32_t plane, std::int32_t x, std::int32_t y, std::int32_t columns);
 void moving_scroll_columns_16bits(std::int32_t plane, std::int32_t x, std::int32_t y, std::int32_t columns);
 void moving_scroll_columns_32bits(std::int32_t plane, std::int32_t x, std::int32_t y, std::int32_t columns);
+void moving_scroll_rows_8bits(std::int32_t plane, std::int32_t x, std::int32_t y, std::int32_t rows);
+void moving_scroll_rows_16bits(std::int32_t plane, std::int32_t x, std::int32_t y, std::int32_t rows);
+void moving_scroll_rows_32bits(std::int32_t plane, std::int32_t x, std::int32_t y, std::int32_t rows);
 
 }  // namespace scroll2d

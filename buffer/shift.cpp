@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -58,21 +59,21 @@ class Ring {
         offset_ -= columns;
     }
 
-    void step_up() {
-        offset_ -= width_;
-        ++plane_.rows_to_wrap;
+    void step_up(std::int32_t rows) {
+        offset_ -= rows * width_;
+        plane_.rows_to_wrap += rows;
         if (offset_ < 0) {
             offset_ += size_;
-            plane_.rows_to_wrap = 1;
+            plane_.rows_to_wrap -= height_;
         }
     }
 
-    void step_down() {
-        offset_ += width_;
-        --plane_.rows_to_wrap;
+    void step_down(std::int32_t rows) {
+        offset_ += rows * width_;
+        plane_.rows_to_wrap -= rows;
         if (offset_ >= size_) {
             offset_ -= size_;
-            plane_.rows_to_wrap = height_;
+            plane_.rows_to_wrap += height_;
         }
     }
 
@@ -81,19 +82,15 @@ class Ring {
         return base_ + offset_ + (row * width_ - (row < plane_.rows_to_wrap ? 0 : size_));
     }
 
-    // Copies columns of the map into every view row, from view column `to` on: the rows before the wrap, then
-    // those after it.
-    void copy_columns(std::int64_t map_x, std::int64_t map_y, std::int32_t to, std::int32_t columns) const {
-        const std::int32_t before = plane_.rows_to_wrap;
-        copy_from_map(plane_, map_x, map_y, columns, before, view_row(0) + to, width_);
-        if (before < height_) {
-            copy_from_map(plane_, map_x, map_y + before, columns, height_ - before, view_row(before) + to,
-                          width_);
-        }
-    }
-
-    void copy_row(std::int64_t map_x, std::int64_t map_y, std::int32_t to) const {
-        copy_from_map(plane_, map_x, map_y, width_, 1, view_row(to), width_);
+    // Copies a rectangle of the map to view pixel (column, row): the rows before the wrap, then those after
+    // it. A row that straddles the ring's end runs on into the extra row.
+    void copy(std::int64_t map_x, std::int64_t map_y, std::int32_t column, std::int32_t row,
+              std::int32_t columns, std::int32_t rows) const {
+        const std::int32_t before = std::clamp(plane_.rows_to_wrap - row, 0, rows);
+        if (before > 0) copy_from_map(plane_, map_x, map_y, columns, before, view_row(row) + column, width_);
+        if (before == rows) return;
+        copy_from_map(plane_, map_x, map_y + before, columns, rows - before, view_row(row + before) + column,
+                      width_);
     }
 
     std::int32_t width() const { return width_; }
@@ -119,7 +116,7 @@ void shift_right(std::int32_t number, std::int64_t x, std::int32_t y, std::int32
     while (columns > 0) {
         const std::int32_t strip = columns < ring.columns_ahead() ? columns : ring.columns_ahead();
         ring.step_right(strip);
-        ring.copy_columns(x + ring.width(), y, ring.width() - strip, strip);
+        ring.copy(x + ring.width(), y, ring.width() - strip, 0, strip, ring.height());
         x += strip;
         columns -= strip;
     }
@@ -131,7 +128,7 @@ void shift_left(std::int32_t number, std::int64_t x, std::int32_t y, std::int32_
     while (columns > 0) {
         const std::int32_t strip = columns < ring.columns_behind() ? columns : ring.columns_behind();
         ring.step_left(strip);
-        ring.copy_columns(x - strip, y, 0, strip);
+        ring.copy(x - strip, y, 0, 0, strip, ring.height());
         x -= strip;
         columns -= strip;
     }
@@ -147,31 +144,56 @@ void shift_columns(std::int32_t number, std::int32_t x, std::int32_t y, std::int
 }
 
 template <class Pixel>
-void shift_up(std::int32_t number, std::int32_t x, std::int32_t y) {
+void shift_up(std::int32_t number, std::int32_t x, std::int64_t y, std::int32_t rows) {
     Ring<Pixel> ring(*pscroll, plane_of(*pscroll, number));
-    ring.step_up();
-    ring.copy_row(x, std::int64_t{y} - 1, 0);
+    ring.step_up(rows);
+    ring.copy(x, y - rows, 0, 0, ring.width(), rows);
 }
 
 template <class Pixel>
-void shift_down(std::int32_t number, std::int32_t x, std::int32_t y) {
+void shift_down(std::int32_t number, std::int32_t x, std::int64_t y, std::int32_t rows) {
     Ring<Pixel> ring(*pscroll, plane_of(*pscroll, number));
-    ring.step_down();
-    ring.copy_row(x, std::int64_t{y} + ring.height(), ring.height() - 1);
+    ring.step_down(rows);
+    ring.copy(x, y + ring.height(), 0, ring.height() - rows, ring.width(), rows);
 }
 
-// Columns first, at the old vertical position; then rows, at the new horizontal one.
+template <class Pixel>
+void shift_rows(std::int32_t number, std::int32_t x, std::int32_t y, std::int32_t rows) {
+    if (rows > 0) {
+        shift_down<Pixel>(number, x, y, rows);
+    } else {
+        shift_up<Pixel>(number, x, y, -rows);
+    }
+}
+
+// Columns first, at the old vertical position; then rows, at the new horizontal one. A single step has a
+// routine of its own; many are made at once.
 void shift(std::int32_t number, std::int32_t old_x, std::int32_t old_y, std::int32_t new_x, std::int32_t dx,
            std::int32_t dy) {
-    if (dx == 1) {
-        moving_scroll_right(number, old_x, old_y);
-    } else if (dx == -1) {
-        moving_scroll_left(number, old_x, old_y);
-    } else if (dx != 0) {
-        moving_scroll_columns(number, old_x, old_y, dx);
+    switch (dx) {
+        case 0:
+            break;
+        case 1:
+            moving_scroll_right(number, old_x, old_y);
+            break;
+        case -1:
+            moving_scroll_left(number, old_x, old_y);
+            break;
+        default:
+            moving_scroll_columns(number, old_x, old_y, dx);
     }
-    for (std::int32_t j = 0; j < dy; ++j) moving_scroll_down(number, new_x, wrap32(std::int64_t{old_y} + j));
-    for (std::int32_t j = 0; j < -dy; ++j) moving_scroll_up(number, new_x, wrap32(std::int64_t{old_y} - j));
+    switch (dy) {
+        case 0:
+            break;
+        case 1:
+            moving_scroll_down(number, new_x, old_y);
+            break;
+        case -1:
+            moving_scroll_up(number, new_x, old_y);
+            break;
+        default:
+            moving_scroll_rows(number, new_x, old_y, dy);
+    }
 }
 
 bool more_than_half(std::int64_t distance, std::int32_t extent) {
@@ -231,23 +253,23 @@ void moving_scroll_right_32bits(std::int32_t p, std::int32_t x, std::int32_t y) 
 }
 
 void moving_scroll_up_8bits(std::int32_t p, std::int32_t x, std::int32_t y) {
-    shift_up<std::uint8_t>(p, x, y);
+    shift_up<std::uint8_t>(p, x, y, 1);
 }
 void moving_scroll_up_16bits(std::int32_t p, std::int32_t x, std::int32_t y) {
-    shift_up<std::uint16_t>(p, x, y);
+    shift_up<std::uint16_t>(p, x, y, 1);
 }
 void moving_scroll_up_32bits(std::int32_t p, std::int32_t x, std::int32_t y) {
-    shift_up<std::uint32_t>(p, x, y);
+    shift_up<std::uint32_t>(p, x, y, 1);
 }
 
 void moving_scroll_down_8bits(std::int32_t p, std::int32_t x, std::int32_t y) {
-    shift_down<std::uint8_t>(p, x, y);
+    shift_down<std::uint8_t>(p, x, y, 1);
 }
 void moving_scroll_down_16bits(std::int32_t p, std::int32_t x, std::int32_t y) {
-    shift_down<std::uint16_t>(p, x, y);
+    shift_down<std::uint16_t>(p, x, y, 1);
 }
 void moving_scroll_down_32bits(std::int32_t p, std::int32_t x, std::int32_t y) {
-    shift_down<std::uint32_t>(p, x, y);
+    shift_down<std::uint32_t>(p, x, y, 1);
 }
 
 void moving_scroll_columns_8bits(std::int32_t p, std::int32_t x, std::int32_t y, std::int32_t columns) {
@@ -258,6 +280,16 @@ void moving_scroll_columns_16bits(std::int32_t p, std::int32_t x, std::int32_t y
 }
 void moving_scroll_columns_32bits(std::int32_t p, std::int32_t x, std::int32_t y, std::int32_t columns) {
     shift_columns<std::uint32_t>(p, x, y, columns);
+}
+
+void moving_scroll_rows_8bits(std::int32_t p, std::int32_t x, std::int32_t y, std::int32_t rows) {
+    shift_rows<std::uint8_t>(p, x, y, rows);
+}
+void moving_scroll_rows_16bits(std::int32_t p, std::int32_t x, std::int32_t y, std::int32_t rows) {
+    shift_rows<std::uint16_t>(p, x, y, rows);
+}
+void moving_scroll_rows_32bits(std::int32_t p, std::int32_t x, std::int32_t y, std::int32_t rows) {
+    shift_rows<std::uint32_t>(p, x, y, rows);
 }
 
 }  // namespace scroll2d

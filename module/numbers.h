@@ -28,8 +28,11 @@ constexpr std::int32_t saturate32(std::int64_t value) {
 
 // The remainder of value by modulus (at least 1) in 0 to modulus - 1.
 constexpr std::int32_t floor_mod(std::int64_t value, std::int32_t modulus) {
-    const std::int64_t remainder = value % modulus;
-    return static_cast<std::int32_t>(remainder < 0 ? remainder + modulus : remainder);
+    // A 64-bit division is a call on this processor, and nearly every value fits in 32 bits.
+    const std::int32_t narrow = wrap32(value);
+    const std::int32_t remainder =
+        narrow == value ? narrow % modulus : static_cast<std::int32_t>(value % modulus);
+    return remainder < 0 ? remainder + modulus : remainder;
 }
 
 // A wanted position on one axis, in pixels: anything where the map wraps, otherwise cut to the map's edges.

@@ -1,6 +1,6 @@
-// The nine routines that touch pixels, one set per screen colour depth. Everything else in the module calls
-// them through these pointers, so that no other code knows a depth. routine_table.cpp defines and sets them.
-// Null until the init hook has chosen a depth.
+// The routines that touch pixels, one set per screen colour depth: nine, and two that make many steps of a
+// shift at once. Everything else in the module calls them through these pointers, so that no other code knows
+// a depth. routine_table.cpp defines and sets them. Null until the init hook has chosen a depth.
 #pragma once
 
 #include <cstdint>
@@ -24,9 +24,11 @@ extern void (*moving_scroll_right)(std::int32_t plane, std::int32_t x, std::int3
 extern void (*moving_scroll_up)(std::int32_t plane, std::int32_t x, std::int32_t y);
 extern void (*moving_scroll_down)(std::int32_t plane, std::int32_t x, std::int32_t y);
 
-// Many steps to the right (columns > 0) or to the left at once: leaves what that many single steps leave.
+// Many steps at once, right (columns > 0) or left, down (rows > 0) or up: they leave what as many single
+// steps leave.
 extern void (*moving_scroll_columns)(std::int32_t plane, std::int32_t x, std::int32_t y,
                                      std::int32_t columns);
+extern void (*moving_scroll_rows)(std::int32_t plane, std::int32_t x, std::int32_t y, std::int32_t rows);
 
 // Bytes per pixel of the routines above: 1, 2 or 4.
 extern std::int32_t routine_pixel_bytes;

@@ -17,6 +17,7 @@ void (*moving_scroll_right)(std::int32_t, std::int32_t, std::int32_t);
 void (*moving_scroll_up)(std::int32_t, std::int32_t, std::int32_t);
 void (*moving_scroll_down)(std::int32_t, std::int32_t, std::int32_t);
 void (*moving_scroll_columns)(std::int32_t, std::int32_t, std::int32_t, std::int32_t);
+void (*moving_scroll_rows)(std::int32_t, std::int32_t, std::int32_t, std::int32_t);
 std::int32_t routine_pixel_bytes;
 
 namespace {
@@ -34,6 +35,7 @@ struct RoutineRow {
     decltype(moving_scroll_up) up;
     decltype(moving_scroll_down) down;
     decltype(moving_scroll_columns) columns;
+    decltype(moving_scroll_rows) rows;
 };
 
 // clang-format off
@@ -42,18 +44,18 @@ const RoutineRow routine_rows[] = {
      draw_scroll_simple_16bits, draw_scroll_parallax_16bits,
      draw_scroll_layer_plane1_16bits, draw_scroll_layer_plane2_16bits,
      moving_scroll_left_16bits, moving_scroll_right_16bits, moving_scroll_up_16bits, moving_scroll_down_16bits,
-     moving_scroll_columns_16bits},
+     moving_scroll_columns_16bits, moving_scroll_rows_16bits},
     {4, setting_scroll_32bits,
      draw_scroll_simple_32bits, draw_scroll_parallax_32bits,
      draw_scroll_layer_plane1_32bits, draw_scroll_layer_plane2_32bits,
      moving_scroll_left_32bits, moving_scroll_right_32bits, moving_scroll_up_32bits, moving_scroll_down_32bits,
-     moving_scroll_columns_32bits},
+     moving_scroll_columns_32bits, moving_scroll_rows_32bits},
     // Anything else counts as 8 bits.
     {1, setting_scroll_8bits,
      draw_scroll_simple_8bits, draw_scroll_parallax_8bits,
      draw_scroll_layer_plane1_8bits, draw_scroll_layer_plane2_8bits,
      moving_scroll_left_8bits, moving_scroll_right_8bits, moving_scroll_up_8bits, moving_scroll_down_8bits,
-     moving_scroll_columns_8bits},
+     moving_scroll_columns_8bits, moving_scroll_rows_8bits},
 };
 // clang-format on
 
@@ -73,6 +75,7 @@ void set_scroll2D_drawing_routines() {
     moving_scroll_up = row->up;
     moving_scroll_down = row->down;
     moving_scroll_columns = row->columns;
+    moving_scroll_rows = row->rows;
 }
 
 }  // namespace scroll2d
