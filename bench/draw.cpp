@@ -44,15 +44,19 @@ void expect_same(const Scene& scene, const std::string& who, const std::string& 
                              difference);
 }
 
-// Draws a few frames, so that the buffers have been shifted, then compares the next with the composition.
-void check_pictures(Stage& stage, const Scene& scene, Show& show,
-                    const std::vector<std::pair<std::string, Peer*>>& peers) {
-    for (int i = 0; i < 3; ++i) show.draw(scene.motion.step);
+// Draws a frame over the backdrop and compares it with the composition, which it returns.
+std::vector<std::byte> check_module(Stage& stage, const Scene& scene, Show& show) {
     stage.lay_backdrop();
     const std::vector<std::byte> before(stage.screen().begin(), stage.screen().end());
     show.draw(scene.motion.step);
-    const auto expected = compose(stage, scene.variant, show.front(), show.back(), before);
+    auto expected = compose(stage, scene.variant, show.front(), show.back(), before);
     expect_same(scene, "the module", difference(stage, expected, 0));
+    return expected;
+}
+
+void check_pictures(Stage& stage, const Scene& scene, Show& show,
+                    const std::vector<std::pair<std::string, Peer*>>& peers) {
+    const std::vector<std::byte> expected = check_module(stage, scene, show);
     for (const auto& [name, peer] : peers) {
         stage.lay_backdrop();
         peer->draw(show.front(), show.back());
@@ -88,7 +92,9 @@ std::vector<Timing> time_scene(const Options& options, Stage& stage, const Scene
         };
         contenders.push_back({name, pass, 2});
     }
-    return time_side_by_side(contenders, options.plan());
+    std::vector<Timing> timings = time_side_by_side(contenders, options.plan());
+    check_module(stage, scene, show);  // by now the buffers have been all the way round
+    return timings;
 }
 
 void add_to(Report& report, const Scene& scene, const std::vector<Timing>& timings) {
