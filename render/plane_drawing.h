@@ -11,7 +11,7 @@
 
 // One build of a row loop for each of these vector units; the loader picks by the processor. Everything that
 // the loop calls is inlined into it, so that it becomes vector code of that unit as a whole.
-#if defined(__OPTIMIZE__)
+#if defined(__OPTIMIZE__) && !defined(__clang__)  // clang refuses target_clones beside flatten
 #define SCROLL2D_VECTOR_BUILDS __attribute__((target_clones("avx2", "sse4.1", "default"), flatten, noinline))
 #else
 #define SCROLL2D_VECTOR_BUILDS
