@@ -71,6 +71,18 @@ assert(table.concat(shape) == "....#/....#/##..#/##..#/", table.concat(shape))
 assert(pixel(1, 30, 5, 0) == nil and pixel(1, 30, 0, -1) == nil)
 map_text(1, 30, -2, -2, "W", white)
 
+-- Opacity per pixel takes the same way, where there is any.
+if bpp == 32 then
+    new_map(1, 35, 2, 1)
+    pixel(1, 35, 0, 0, rgb(10, 20, 30, 128))
+    set_alpha(1, 35, true)
+    save_map(1, 35, scratch .. "alpha.png")
+    load_map(1, 36, scratch .. "alpha.png")
+    local r, g, b, a = to_rgb(pixel(1, 36, 0, 0))
+    assert(r == 10 and g == 20 and b == 30 and a == 128, a)
+    assert(pixel(1, 36, 1, 0) == 0)
+end
+
 -- Control points.
 assert(get_point(1, 30, 0) == nil)
 set_point(1, 30, 2, 7, -8)

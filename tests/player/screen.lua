@@ -76,6 +76,10 @@ local count, right, bottom = bright(after_frame())
 assert(count > 20 and right < 10 + w and bottom < 10 + h, count)
 expect(bright(after_frame()), 0)
 
+-- Each scroll has an element of its own.
+for i = 0, #scroll - 1 do scroll[i].speed = 10 + i end
+for i = 0, #scroll - 1 do expect(scroll[i].speed, 10 + i) end
+
 -- Keys are up until the script presses them.
 assert(not key("right"))
 press("right")

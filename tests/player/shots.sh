@@ -27,6 +27,13 @@ run c --seed 2
 cmp -s "$scratch/a.png" "$scratch/c.png" && fail "the seed has no effect"
 run d --scale 3
 [[ $(size_of "$scratch/d/frame_00010.png") == 300x150 ]] || fail "size of an enlarged shot"
+cat > "$scratch/compare.lua" <<'LUA'
+load_map(1, 1, "a/frame_00010.png")
+load_map(1, 2, "d/frame_00010.png")
+for y = 0, 149 do for x = 0, 299 do assert(pixel(1, 2, x, y) == pixel(1, 1, x // 3, y // 3)) end end
+quit()
+LUA
+"$player" "$scratch/compare.lua" || fail "an enlarged shot shows something else"
 
 "$player" --size 100by50 "$scratch/game.lua" 2> "$scratch/err" && fail "a wrong size is accepted"
 grep -q '"100by50" is not of the form 640x480' "$scratch/err" || fail "message: $(cat "$scratch/err")"
