@@ -11,24 +11,46 @@
 
 namespace scroll2d {
 
-// Copies columns x rows pixels, row by row from the top; both strides in pixels. Narrow rectangles are what a
-// moving scroll copies at every frame, a column or a few at a time: there a call for each row would cost more
-// than its pixels.
+// Copies rows of `bytes` bytes, at least one chunk, in chunks of a size known to the compiler; the last chunk
+// may overlap the one before it.
+template <std::size_t chunk>
+void copy_in_chunks(std::uint8_t* to, std::ptrdiff_t to_stride, const std::uint8_t* from,
+                    std::ptrdiff_t from_stride, std::size_t bytes, std::int32_t rows) {
+    const std::size_t last = bytes - chunk;
+    for (; rows > 0; --rows, to += to_stride, from += from_stride) {
+        for (std::size_t i = 0; i < last; i += chunk) std::memcpy(to + i, from + i, chunk);
+        std::memcpy(to + last, from + last, chunk);
+    }
+}
+
+// Copies a block of bytes, row by row from the top. Narrow blocks are what a moving scroll copies at every
+// frame, a column or a few dozen at a time: there a call for each row would cost more than its bytes.
+inline void copy_bytes(std::uint8_t* to, std::ptrdiff_t to_stride, const std::uint8_t* from,
+                       std::ptrdiff_t from_stride, std::size_t bytes, std::int32_t rows) {
+    constexpr std::size_t wide = 256;
+    if (bytes >= wide) {
+        for (; rows > 0; --rows, to += to_stride, from += from_stride) std::memcpy(to, from, bytes);
+    } else if (bytes >= 16) {
+        copy_in_chunks<16>(to, to_stride, from, from_stride, bytes, rows);
+    } else if (bytes >= 8) {
+        copy_in_chunks<8>(to, to_stride, from, from_stride, bytes, rows);
+    } else if (bytes >= 4) {
+        copy_in_chunks<4>(to, to_stride, from, from_stride, bytes, rows);
+    } else if (bytes >= 2) {
+        copy_in_chunks<2>(to, to_stride, from, from_stride, bytes, rows);
+    } else if (bytes == 1) {
+        copy_in_chunks<1>(to, to_stride, from, from_stride, bytes, rows);
+    }
+}
+
+// Copies columns x rows pixels, row by row from the top; both strides in pixels.
 template <class Pixel>
 void copy_block(Pixel* to, std::ptrdiff_t to_stride, const Pixel* from, std::ptrdiff_t from_stride,
                 std::int32_t columns, std::int32_t rows) {
-    constexpr std::int32_t narrow = 16 / sizeof(Pixel);
-    if (columns < 1) return;
-    if (columns == 1) {
-        for (; rows > 0; --rows, to += to_stride, from += from_stride) *to = *from;
-    } else if (columns < narrow) {
-        for (; rows > 0; --rows, to += to_stride, from += from_stride) {
-            for (std::int32_t i = 0; i < columns; ++i) to[i] = from[i];
-        }
-    } else {
-        const std::size_t bytes = static_cast<std::size_t>(columns) * sizeof(Pixel);
-        for (; rows > 0; --rows, to += to_stride, from += from_stride) std::memcpy(to, from, bytes);
-    }
+    constexpr std::ptrdiff_t size = sizeof(Pixel);
+    copy_bytes(reinterpret_cast<std::uint8_t*>(to), to_stride * size,
+               reinterpret_cast<const std::uint8_t*>(from), from_stride * size,
+               static_cast<std::size_t>(columns) * sizeof(Pixel), rows);
 }
 
 // Repeats the first `period` pixels of a row up to its end, doubling what is there each time.
