@@ -4,7 +4,7 @@ scroll2d_test(rules_test rules_test.cpp)
 add_library(scroll2d_model STATIC model.cpp model_lockstep.cpp png.cpp random_game.cpp allocation.cpp)
 target_include_directories(scroll2d_model SYSTEM PRIVATE ${DOCTEST_INCLUDE_DIR})
 target_compile_options(scroll2d_model PRIVATE -Wall -Wextra -Wconversion -Wshadow -Werror
-    -Wno-restrict)  # GCC 12 sees overlaps in the concatenation of strings where there are none
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)  # GCC 12 sees overlaps in the concatenation of strings where there are none
 target_link_libraries(scroll2d_model PUBLIC scroll2d_host)
 
 # scroll2d_model_test(name source...): a test program that runs the module beside the model.

@@ -98,7 +98,7 @@ class Game {
             {12, &Game::disfigure_map},
             {4, &Game::redraw_screen},
             {6, &Game::change_mode},
-            {12, &Game::add_process},
+            {20, &Game::add_process},
             {14, &Game::change_process},
             {4, &Game::end_process},
             {12, &Game::follow},
@@ -324,11 +324,22 @@ class Game {
         if (run.engine.processes().count() >= kProcesses) return;
         run.note("new process");
         ProcessLocals& p = run.engine.processes().create(in.one_in(5) ? 0 : host::kScrollCoordinates);
-        p.file = in.below(2);
+        p.file = in.one_in(8) ? in.below(kFiles) : 1;
         p.graph = in.below(kGraphs);
         p.x = in.below(80);
         p.y = in.below(60);
         p.z = in.of({512, 511, 513, 100, 900});
+        p.angle = in.of({0, 0, 90000, -90000, 720000, 45000});
+        if (in.one_in(3)) p.region = in.below(kRegions + 1);
+        if (in.one_in(3)) p.scroll_mask = in.below(8);
+        if (in.one_in(3)) change_graph_table(p);
+    }
+    void change_graph_table(const ProcessLocals& p) {
+        std::vector<std::int32_t> table{in.one_in(8) ? in.number() : in.below(9)};
+        for (std::int32_t i = 0; i < std::clamp(table[0], 0, 256); ++i)
+            table.push_back(in.below(2 * kGraphs) - kGraphs);
+        if (in.one_in(4)) table.clear();
+        run.engine.processes().set_graph_table(host::Processes::id_of(p), table);
     }
     void change_process() {
         ProcessLocals* p = process();
@@ -349,11 +360,7 @@ class Game {
         } else if (kind == 5) {
             p->*kFields[in.below(std::size(kFields))] = in.of({0, 1, 2, 3, 4, 100, 90000, 10});
         } else if (kind == 6) {
-            std::vector<std::int32_t> table{in.one_in(8) ? in.number() : in.below(9)};
-            for (std::int32_t i = 0; i < std::clamp(table[0], 0, 256); ++i)
-                table.push_back(in.below(2 * kGraphs) - kGraphs);
-            if (in.one_in(4)) table.clear();
-            run.engine.processes().set_graph_table(host::Processes::id_of(*p), table);
+            change_graph_table(*p);
         } else {
             run.engine.processes().set_type(host::Processes::id_of(*p), in.below(2));
         }
