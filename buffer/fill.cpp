@@ -22,8 +22,7 @@ void fill(std::int32_t number, std::int32_t x, std::int32_t y) {
     plane.start = plane.buffer;
     plane.rows_to_wrap = r.height;
 
-    copy_from_map(plane, plane.x, plane.y, r.width, r.height, reinterpret_cast<Pixel*>(plane.buffer),
-                  r.width);
+    copy_from_map(plane, {plane.x, plane.y, r.width, r.height}, sizeof(Pixel), plane.buffer, r.width);
     check_filled(plane);
 }
 

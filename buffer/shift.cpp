@@ -84,19 +84,21 @@ class Ring {
 
     // Copies a rectangle of the map to view pixel (column, row): the rows before the wrap, then those after
     // it. A row that straddles the ring's end runs on into the extra row.
-    void copy(std::int64_t map_x, std::int64_t map_y, std::int32_t column, std::int32_t row,
-              std::int32_t columns, std::int32_t rows) const {
-        const std::int32_t before = std::clamp(plane_.rows_to_wrap - row, 0, rows);
-        if (before > 0) copy_from_map(plane_, map_x, map_y, columns, before, view_row(row) + column, width_);
-        if (before == rows) return;
-        copy_from_map(plane_, map_x, map_y + before, columns, rows - before, view_row(row + before) + column,
-                      width_);
+    void copy(const MapRectangle& from, std::int32_t column, std::int32_t row) const {
+        const std::int32_t before = std::clamp(plane_.rows_to_wrap - row, 0, from.rows);
+        if (before > 0) copy_rows({from.x, from.y, from.columns, before}, view_row(row) + column);
+        const std::int32_t after = from.rows - before;
+        if (after > 0)
+            copy_rows({from.x, from.y + before, from.columns, after}, view_row(row + before) + column);
     }
 
     std::int32_t width() const { return width_; }
     std::int32_t height() const { return height_; }
 
   private:
+    void copy_rows(const MapRectangle& from, Pixel* to) const {
+        copy_from_map(plane_, from, sizeof(Pixel), reinterpret_cast<std::uint8_t*>(to), width_);
+    }
     std::int32_t column() const { return offset_ % width_; }
     std::size_t pitch() const { return static_cast<std::size_t>(width_) * sizeof(Pixel); }
 
@@ -116,7 +118,7 @@ void shift_right(std::int32_t number, std::int64_t x, std::int32_t y, std::int32
     while (columns > 0) {
         const std::int32_t strip = columns < ring.columns_ahead() ? columns : ring.columns_ahead();
         ring.step_right(strip);
-        ring.copy(x + ring.width(), y, ring.width() - strip, 0, strip, ring.height());
+        ring.copy({x + ring.width(), y, strip, ring.height()}, ring.width() - strip, 0);
         x += strip;
         columns -= strip;
     }
@@ -128,7 +130,7 @@ void shift_left(std::int32_t number, std::int64_t x, std::int32_t y, std::int32_
     while (columns > 0) {
         const std::int32_t strip = columns < ring.columns_behind() ? columns : ring.columns_behind();
         ring.step_left(strip);
-        ring.copy(x - strip, y, 0, 0, strip, ring.height());
+        ring.copy({x - strip, y, strip, ring.height()}, 0, 0);
         x -= strip;
         columns -= strip;
     }
@@ -147,14 +149,14 @@ template <class Pixel>
 void shift_up(std::int32_t number, std::int32_t x, std::int64_t y, std::int32_t rows) {
     Ring<Pixel> ring(*pscroll, plane_of(*pscroll, number));
     ring.step_up(rows);
-    ring.copy(x, y - rows, 0, 0, ring.width(), rows);
+    ring.copy({x, y - rows, ring.width(), rows}, 0, 0);
 }
 
 template <class Pixel>
 void shift_down(std::int32_t number, std::int32_t x, std::int64_t y, std::int32_t rows) {
     Ring<Pixel> ring(*pscroll, plane_of(*pscroll, number));
     ring.step_down(rows);
-    ring.copy(x, y + ring.height(), 0, ring.height() - rows, ring.width(), rows);
+    ring.copy({x, y + ring.height(), ring.width(), rows}, 0, ring.height() - rows);
 }
 
 template <class Pixel>

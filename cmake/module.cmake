@@ -3,6 +3,7 @@
 add_library(scroll2d_objects OBJECT
     scroll/scroll_table.cpp
     scroll/script_call.cpp
+    buffer/map_copy.cpp
     buffer/fill.cpp
     buffer/shift.cpp
     buffer/plane_buffers.cpp
