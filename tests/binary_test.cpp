@@ -108,11 +108,28 @@ struct MisalignedFixture : Fixture {
                                        }};
     Replaced<&HostRuntime::ParamCount> count{engine.runtime(),
                                              [this] { return static_cast<std::int32_t>(given); }};
+    BlitRoutine layer = nullptr;  // of the layer entry drawn last: nothing else is on the list
+    Replaced<&Graphics2DInterface::SortBlitList> sort{
+        engine.graphics(), [this] {
+            layer = engine.blit_lists().current().entries().front()->draw;
+            return sort.original();
+        }};
     Replaced<&HostRuntime::ReturnInt> result{engine.runtime(), [](std::int32_t value) { return value; }};
 
     MisalignedFixture(std::int32_t bits_per_pixel, std::uint32_t shift_by)
         : Fixture(bits_per_pixel), shift(shift_by) {}
 
+    void realign_slots() {
+        using G = Graphics2DInterface;
+        realign<&G::CreateBlitList, &G::SelectBlitList, &G::NewBlit, &G::SortBlitList, &G::ClearBlitList,
+                &G::GetBlitList, &G::BlitListCount, &G::GetFile, &G::FileCount, &G::SystemGraphCount,
+                &G::RegionCount, &G::GetMap, &G::RegionDefined>(engine.graphics());
+        using R = HostRuntime;
+        realign<&R::PopInt, &R::ParamCount, &R::ReturnInt, &R::RaiseError, &R::GlobalOffset,
+                &R::DeleteProcess>(engine.runtime());
+        using P = ProcessServices;
+        realign<&P::FirstProcessOfType, &P::ProcessExists>(engine.process_services());
+    }
     std::int32_t enter(const char* handler, Words arguments) {
         stack = std::move(arguments);
         given = stack.size();
@@ -131,8 +148,15 @@ struct MisalignedFixture : Fixture {
     }
 };
 
+// Frames that the address sanitizer instruments are 32 bytes aligned by whoever calls, -mstackrealign or not.
+#ifdef __SANITIZE_ADDRESS__
+constexpr std::uint32_t kShifts[] = {0};
+#else
+constexpr std::uint32_t kShifts[] = {0, 4, 8, 12};
+#endif
+
 TEST_CASE("every entry point works for callers that keep their stack on four bytes") {
-    for (const std::uint32_t shift : {0U, 4U, 8U, 12U}) {
+    for (const std::uint32_t shift : kShifts) {
         for (const std::int32_t bits : {8, 16, 32}) {
             CAPTURE(shift);
             CAPTURE(bits);
@@ -154,6 +178,7 @@ TEST_CASE("every entry point works for callers that keep their stack on four byt
                     ++created;
                     return f.engine.blit_lists().find("SCROLL2D");
                 });
+            f.realign_slots();
             f.hook("RVK_mod_scroll2D_init");
             CHECK(created == 1);
 
@@ -195,17 +220,10 @@ TEST_CASE("every entry point works for callers that keep their stack on four byt
             CHECK(call_misaligned(shift, s.GetProcessOutScroll, 0, 2) == 1);
 
             // The routine of a layer entry, as a host would call it from its own list.
-            BlitRoutine layer = nullptr;
             CHECK(f.enter("RVK_scroll_start", {0, kFile, 1, 2, 1, 15, 1}) == 0);
-            {
-                Replaced<&Graphics2DInterface::SortBlitList> sort(f.graphics(), [&] {
-                    layer = f.engine.blit_lists().current().entries().front()->draw;
-                    return sort.original();
-                });
-                CHECK(f.blit() == 1);
-            }
-            REQUIRE((layer != nullptr));
-            CHECK(call_misaligned(shift, layer, static_cast<__RVKBlit2D__*>(nullptr)) == 1);
+            CHECK(f.blit() == 1);
+            REQUIRE((f.layer != nullptr));
+            CHECK(call_misaligned(shift, f.layer, static_cast<__RVKBlit2D__*>(nullptr)) == 1);
 
             CHECK(f.enter("RVK_scroll_stop", {0}) == 1);
             CHECK(f.enter("RVK_scroll_start", {7, kFile, 1, 2, 1, 15}) == 7);

@@ -42,4 +42,27 @@ Result call_misaligned(std::uint32_t shift, Result (*function)(Parameters...), A
     if constexpr (!std::is_void_v<Result>) return static_cast<Result>(result);
 }
 
+// Makes slots of a host record fit to be called from any stack, as those of a host are that keeps its own on
+// 4 bytes; the host of these tests is built to expect 16, and the module hands on what it was given.
+template <auto Slot>
+struct Realigned;
+template <class Record, class Result, class... Arguments, Result (*Record::*Slot)(Arguments...)>
+struct Realigned<Slot> {
+    static void put_before(Record& record) {
+        original = record.*Slot;
+        record.*Slot = call;
+    }
+    [[gnu::force_align_arg_pointer]] static Result call(Arguments... arguments) {
+        // The compiler realigns only frames that hold something aligned.
+        [[maybe_unused]] alignas(16) volatile char anchor[16] = {};
+        return original(arguments...);
+    }
+    static inline Result (*original)(Arguments...);
+};
+
+template <auto... Slots, class Record>
+void realign(Record& record) {
+    (Realigned<Slots>::put_before(record), ...);
+}
+
 }  // namespace tests
