@@ -32,8 +32,9 @@ set_target_properties(scroll2d_objects PROPERTIES
 target_compile_options(scroll2d_objects PRIVATE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
     -fno-exceptions -fno-rtti -fno-threadsafe-statics
-    # A host may keep the stack on 4 bytes only; vector spills need 16 or 32.
-    -mstackrealign)
+    # A host may keep the stack on 4 bytes only. Vector spills need 16 or 32, and what the module calls, the host's
+    # slots and the C library, may expect 16: every function that needs or passes on an aligned stack aligns it.
+    -mstackrealign $<$<CXX_COMPILER_ID:GNU>:-mincoming-stack-boundary=2>)
 
 if(NOT SCROLL2D_SANITIZE)
     target_compile_options(scroll2d_objects PRIVATE
