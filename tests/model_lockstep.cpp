@@ -165,8 +165,9 @@ void Lockstep::write(int scroll, Field field, std::int32_t value) {
     script_fields()[static_cast<std::size_t>(15 * scroll + field)] = value;
     model.elements[static_cast<std::size_t>(scroll)][field] = value;
 }
-std::int32_t Lockstep::read(int scroll, Field field) {
-    return script_fields()[static_cast<std::size_t>(15 * scroll + field)];
+void Lockstep::nudge(int scroll, Field field, std::int32_t by) {
+    const Int to = Int{script_fields()[static_cast<std::size_t>(15 * scroll + field)]} + by;
+    write(scroll, field, static_cast<std::int32_t>(std::clamp<Int>(to, INT32_MIN, INT32_MAX)));
 }
 
 void Lockstep::fail_allocations(int nth, bool for_good) {

@@ -47,7 +47,7 @@ class Lockstep {
 
     // ---- What scripts and hosts do between. Bitmaps that a test has changed must be looked at anew.
     void write(int scroll, Field field, std::int32_t value);
-    [[nodiscard]] std::int32_t read(int scroll, Field field);
+    void nudge(int scroll, Field field, std::int32_t by);  // not beyond the edge of the numbers
     void bitmaps_changed() { model.look_at_bitmaps(); }
     // In each later step the n-th allocation fails, counted from 1, and the ones after it with `for_good`. 0:
     // none.

@@ -195,10 +195,7 @@ class Game {
     void steer() {
         const std::int32_t n = scroll();
         for (const Field position : {Field::x0, Field::y0, Field::x1, Field::y1})
-            if (in.one_in(2)) {
-                const Int to = Int{run.read(n, position)} + in.below(41) - 20;
-                run.write(n, position, static_cast<std::int32_t>(std::clamp<Int>(to, INT32_MIN, INT32_MAX)));
-            }
+            if (in.one_in(2)) run.nudge(n, position, in.below(41) - 20);
         run.write(n, Field::alpha, in.of({0, 1, 127, 128, 254, 255, 255, 255, 255}));
     }
     void write_field() {

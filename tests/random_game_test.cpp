@@ -13,7 +13,7 @@
 namespace {
 
 #if defined(__SANITIZE_ADDRESS__)
-constexpr std::uint32_t kGames = 60;
+constexpr std::uint32_t kGames = 150;
 #else
 constexpr std::uint32_t kGames = 1000;
 #endif

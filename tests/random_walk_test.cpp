@@ -50,9 +50,8 @@ std::int32_t map_extent(Random& random, std::int32_t view) {
 void steer(Lockstep& game, Random& random, std::int32_t width, std::int32_t height) {
     for (const auto& [x, y] : {std::pair{Field::x0, Field::y0}, std::pair{Field::x1, Field::y1}}) {
         const std::int32_t reach = random.of({1, 2, width / 2 + 1, width, 1000});
-        if (random.below(4) != 0) game.write(0, x, game.read(0, x) + random.between(-reach, reach));
-        if (random.below(4) != 0)
-            game.write(0, y, game.read(0, y) + random.between(-1 - height / 2, 1 + height / 2));
+        if (random.below(4) != 0) game.nudge(0, x, random.between(-reach, reach));
+        if (random.below(4) != 0) game.nudge(0, y, random.between(-1 - height / 2, 1 + height / 2));
         if (random.below(60) == 0) game.write(0, x, random.of({INT32_MAX, INT32_MIN, INT32_MAX - width, -1}));
     }
     if (random.below(6) == 0) game.write(0, Field::alpha, random.of({0, 1, 127, 128, 254, 255}));
