@@ -119,16 +119,16 @@ struct MisalignedFixture : Fixture {
     MisalignedFixture(std::int32_t bits_per_pixel, std::uint32_t shift_by)
         : Fixture(bits_per_pixel), shift(shift_by) {}
 
-    void realign_slots() {
+    void probe_slots() {
         using G = Graphics2DInterface;
-        realign<&G::CreateBlitList, &G::SelectBlitList, &G::NewBlit, &G::SortBlitList, &G::ClearBlitList,
-                &G::GetBlitList, &G::BlitListCount, &G::GetFile, &G::FileCount, &G::SystemGraphCount,
-                &G::RegionCount, &G::GetMap, &G::RegionDefined>(engine.graphics());
+        probe<&G::CreateBlitList, &G::SelectBlitList, &G::NewBlit, &G::SortBlitList, &G::ClearBlitList,
+              &G::GetBlitList, &G::BlitListCount, &G::GetFile, &G::FileCount, &G::SystemGraphCount,
+              &G::RegionCount, &G::GetMap, &G::RegionDefined>(engine.graphics());
         using R = HostRuntime;
-        realign<&R::PopInt, &R::ParamCount, &R::ReturnInt, &R::RaiseError, &R::GlobalOffset,
-                &R::DeleteProcess>(engine.runtime());
+        probe<&R::PopInt, &R::ParamCount, &R::ReturnInt, &R::RaiseError, &R::GlobalOffset, &R::DeleteProcess>(
+            engine.runtime());
         using P = ProcessServices;
-        realign<&P::FirstProcessOfType, &P::ProcessExists>(engine.process_services());
+        probe<&P::FirstProcessOfType, &P::ProcessExists>(engine.process_services());
     }
     std::int32_t enter(const char* handler, Words arguments) {
         stack = std::move(arguments);
@@ -178,7 +178,7 @@ TEST_CASE("every entry point works for callers that keep their stack on four byt
                     ++created;
                     return f.engine.blit_lists().find("SCROLL2D");
                 });
-            f.realign_slots();
+            f.probe_slots();
             f.hook("RVK_mod_scroll2D_init");
             CHECK(created == 1);
 
@@ -231,6 +231,7 @@ TEST_CASE("every entry point works for callers that keep their stack on four byt
             call_misaligned(shift, s.StopAllScroll);
             CHECK_FALSE(f.running(7));
             CHECK(f.errors().empty());
+            CHECK(misaligned_slots == 0);
         }
     }
 }

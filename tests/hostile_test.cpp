@@ -284,6 +284,10 @@ TEST_CASE("a destination map that goes leaves the scroll out; one that is replac
         f.start(0, 1, 2, -1, 0, 1);
         CHECK(f.call("scroll_set_destination", {0, kFile, 7, -1}) == 1);
         CHECK(f.draw());
+        host::Map& other = f.map(7, 30, 20);  // at another address, before the old one goes
+        other.fill(0);
+        CHECK(f.draw());
+        CHECK(Fixture::shows(other, {0, 29, 0, 19}, f.at(1), f.plane(1)));
         f.engine.files().unload_map(kFile, 7);
         CHECK_FALSE(f.draw());
         CHECK_FALSE(f.scheduled(0).has_value());
