@@ -46,6 +46,17 @@ inline const __RVKRegion__* region_at(std::int32_t number) {
     return pregion_scroll2D = g.Regions + number;
 }
 
+// Takes a map's pixels and alpha flag into a plane; its size too at a start and at a refresh.
+inline void take_pixels(const Plane& plane, const MapRecord& map) {
+    plane.map_pixels = static_cast<const std::uint8_t*>(map.pixels);
+    plane.map_alpha_flag = map.alpha_flag;
+}
+inline void take_map(const Plane& plane, const MapRecord& map) {
+    plane.map_width = map.width;
+    plane.map_height = map.height;
+    take_pixels(plane, map);
+}
+
 // What a look-up of a plane's map found. The order is that of severity.
 enum class MapState {
     ready,
@@ -60,8 +71,7 @@ inline MapState look_up_plane_map(std::int32_t file, Plane plane) {
     const MapRecord* bitmap = usable_bitmap(plane.entry);
     if (bitmap == nullptr) return MapState::gone;
     if (bitmap->width < plane.map_width || bitmap->height < plane.map_height) return MapState::too_small;
-    plane.map_pixels = static_cast<const std::uint8_t*>(bitmap->pixels);
-    plane.map_alpha_flag = bitmap->alpha_flag;
+    take_pixels(plane, *bitmap);
     return MapState::ready;
 }
 

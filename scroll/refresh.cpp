@@ -22,17 +22,14 @@ bool take_file() {
 
 // Takes a positive map code from the script, then the map with its new sizes, and fills the plane from it
 // where it stands. False when there is no such map; the new code is on record even then.
-bool take_map(std::int32_t number) {
+bool refresh_plane(std::int32_t number) {
     const Plane plane = plane_of(*pscroll, number);
     const ScriptPlane script = script_plane_of(*_scroll_, number);
     if (script.graph > 0) plane.graph = script.graph;
     plane.entry = rvkre->Graphics->GetMap(pscroll->file, plane.graph);
     const MapRecord* const map = usable_bitmap(plane.entry);
     if (map == nullptr) return false;
-    plane.map_width = map->width;
-    plane.map_height = map->height;
-    plane.map_pixels = static_cast<const std::uint8_t*>(map->pixels);
-    plane.map_alpha_flag = map->alpha_flag;
+    take_map(plane, *map);
     set_scroll(number, plane.x, plane.y);
     script.graph = plane.graph;
     return true;
@@ -41,7 +38,7 @@ bool take_map(std::int32_t number) {
 bool refresh() {
     if (!take_file()) return false;
     for (std::int32_t number = 1; number <= pscroll->planes; ++number) {
-        if (!take_map(number)) return false;
+        if (!refresh_plane(number)) return false;
     }
     if (!buffers_fit(*pscroll)) {
         make_buffers_fit(

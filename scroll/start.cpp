@@ -96,10 +96,7 @@ bool set_up_plane(std::int32_t number, const MapRecord& map, BufferSize size) {
     const bool has_reference = map.cpoint_count != 0 && map.cpoints != nullptr;
     plane.x = has_reference ? map.cpoints[0].x : 0;
     plane.y = has_reference ? map.cpoints[0].y : 0;
-    plane.map_width = map.width;
-    plane.map_height = map.height;
-    plane.map_pixels = static_cast<const std::uint8_t*>(map.pixels);
-    plane.map_alpha_flag = map.alpha_flag;
+    take_map(plane, map);
 
     plane.buffer = allocate_buffer(size);
     if (plane.buffer == nullptr) return false;
