@@ -213,7 +213,12 @@ class Game {
     // Has a scroll follow a process, which may end without the scroll's being told.
     void follow() {
         const ProcessLocals* p = process();
-        if (p != nullptr) run.write(scroll(), Field::camera, host::Processes::id_of(*p));
+        if (p == nullptr) return;
+        const std::int32_t n = scroll();
+        run.write(n, Field::camera, host::Processes::id_of(*p));
+        if (in.one_in(2)) run.write(n, Field::region1, in.below(kRegions));
+        if (in.one_in(2)) run.write(n, Field::region2, in.below(kRegions));
+        if (in.one_in(2)) run.write(n, Field::speed, in.below(5));
     }
     void ask() {
         const std::int32_t n = perhaps_wild(scroll());
@@ -235,10 +240,11 @@ class Game {
         run.note("region " + std::to_string(region));
         if (in.one_in(12)) return regions.undefine(region);
         if (in.one_in(8)) return regions.define(region, {in.number(), in.number(), in.number(), in.number()});
+        // Few sizes, so that regions often move without a change of size, and take back a size they had.
         const std::int32_t left = in.below(run.engine.screen().width() + 4) - 4;
         const std::int32_t top = in.below(run.engine.screen().height() + 4) - 4;
-        const std::int32_t right = left + in.below(36) - 1;
-        regions.define(region, left, top, right, top + in.below(36) - 1);
+        const std::int32_t right = left + in.of({8, 8, 17, 30, 1, 0}) - 1;
+        regions.define(region, left, top, right, top + in.of({6, 6, 13, 25, 1, -1}) - 1);
     }
     void resize_regions() { run.engine.regions().resize(1 + in.below(kRegions)); }
 
