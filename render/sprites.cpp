@@ -68,8 +68,7 @@ void clip(__RVKBlit2D__& entry, const ProcessLocals& p) {
 
     if (p.region < 1 || p.region >= max_region_scroll2D) return;
     if (rvkre->Graphics->RegionDefined(p.region) == 0) return;
-    const __RVKRegion__* const region = region_at(p.region);
-    if (region == nullptr) return;
+    const __RVKRegion__* const region = pregion_scroll2D = rvkre->Graphics->Regions + p.region;
     const std::int64_t to_view_x = std::int64_t{r.dest_x} - r.plane1_x;
     const std::int64_t to_view_y = std::int64_t{r.dest_y} - r.plane1_y;
     entry.clip_x = saturate32(std::max<std::int64_t>(r.dest_x, region->x + to_view_x));
