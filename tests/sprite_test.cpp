@@ -289,6 +289,7 @@ TEST_CASE_FIXTURE(SpriteFixture,
         {-1, {100, 110, 50, 60}, kView},
         {32, {100, 110, 50, 60}, kView},
         {4, {100, 110, 50, 60}, kView},  // not defined
+        {1, kView, {10, 3, 20, 47}},  // the view's own region, as a place in the world
         {3, {100, 199, 50, 149}, {30, 73, 30, 67}},
         {31, {100, 110, 50, 60}, {30, 40, 30, 40}},
         {3, {0, 80, 0, 40}, {10, 10, 20, 20}},
