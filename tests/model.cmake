@@ -3,7 +3,7 @@ scroll2d_test(rules_test rules_test.cpp)
 
 add_library(scroll2d_model STATIC
     model.cpp model_planes.cpp model_script.cpp model_frame.cpp
-    model_lockstep.cpp random_game.cpp allocation.cpp png.cpp)
+    model_lockstep.cpp model_routines.cpp random_game.cpp allocation.cpp png.cpp)
 target_include_directories(scroll2d_model SYSTEM PRIVATE ${DOCTEST_INCLUDE_DIR})
 target_compile_options(scroll2d_model PRIVATE -Wall -Wextra -Wconversion -Wshadow -Werror
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)  # GCC 12 sees overlaps in the concatenation of strings where there are none
