@@ -341,6 +341,18 @@ TEST_CASE("numbers at the ends of their range neither trap nor reach outside") {
     });
 }
 
+TEST_CASE("an entry that names no scroll draws nothing") {
+    FencedFixture f(Fence::after);
+    f.start(0, 1, 0, 1);
+    CHECK(f.services().BlitScroll2D(nullptr) == 0);
+    for (const std::int32_t id : {-1, 10, INT32_MIN, INT32_MAX, 1}) {
+        __RVKBlit2D__ entry{};
+        entry.id = id;
+        CHECK(f.services().BlitScroll2D(&entry) == 0);
+        CHECK(entry.drawn == 0);
+    }
+}
+
 // A process may be deleted by a start, and its end may have consequences in the host.
 TEST_CASE("a start finds the script's globals wherever they are once the processes of before have ended") {
     FencedFixture f(Fence::after);
