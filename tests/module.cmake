@@ -41,3 +41,10 @@ foreach(compiler ${CMAKE_C_COMPILER} ${SCROLL2D_CLANG})
                 -Werror -fsyntax-only -include ${CMAKE_SOURCE_DIR}/module/host_records.h /dev/null)
     endforeach()
 endforeach()
+
+# ---- The records as the finished file has them, read from its debug information
+find_package(Python3 COMPONENTS Interpreter)
+if(Python3_FOUND AND CMAKE_BUILD_TYPE STREQUAL "Debug")
+    add_test(NAME layout_test
+        COMMAND ${Python3_EXECUTABLE} ${CMAKE_CURRENT_SOURCE_DIR}/layout_test.py $<TARGET_FILE:RVK_mod_scroll2D>)
+endif()
