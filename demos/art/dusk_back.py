@@ -124,24 +124,24 @@ def paint_cloud_banks(picture, rng):
     return picture
 
 
-def paint_range(picture, spec, rng):
+def paint_range(picture, shape, rng):
     """Peaks from the tallest to the lowest, each with a side in the sun and a side in its own shadow."""
     y, x = np.mgrid[0:HEIGHT, 0:WIDTH].astype(float)
     crags = noise(HEIGHT, WIDTH, 10, 10, rng, 3) - 0.5
     grain = noise(HEIGHT, WIDTH, 25, 16, rng, 3) - 0.5
     profile = 2.4 * wave(WIDTH, (31, 53, 89, 131), rng, 0.8) + 4.0 * wave(WIDTH, (9, 17), rng)
     near = np.exp(-((wrapped(x, SUN[0]) / 260) ** 2))
-    mist = mix(spec["mist"], SUNLIGHT, 0.45 * near)
-    centres = (np.arange(spec["count"]) + rng.uniform(-0.36, 0.36, spec["count"])) * WIDTH / spec["count"]
-    heights = spec["tall"] * (0.35 + 0.65 * rng.random(spec["count"]))
+    mist = mix(shape["mist"], SUNLIGHT, 0.45 * near)
+    centres = (np.arange(shape["count"]) + rng.uniform(-0.36, 0.36, shape["count"])) * WIDTH / shape["count"]
+    heights = shape["tall"] * (0.35 + 0.65 * rng.random(shape["count"]))
     heights *= 1.0 - 0.62 * np.exp(-((wrapped(centres, SUN[0]) / 120) ** 2))
     for place in np.argsort(-heights):
         centre, height = centres[place], heights[place]
-        steep = spec["steep"] * rng.uniform(0.8, 1.2)
+        steep = shape["steep"] * rng.uniform(0.8, 1.2)
         dx = wrapped(x, centre)
-        crest = spec["foot"] - height + steep * np.abs(dx) ** 0.94 + profile * smoothstep(0, 18, np.abs(dx))
+        crest = shape["foot"] - height + steep * np.abs(dx) ** 0.94 + profile * smoothstep(0, 18, np.abs(dx))
         depth = y - crest
-        summit = y - (spec["foot"] - height)
+        summit = y - (shape["foot"] - height)
         toward = np.clip(wrapped(SUN[0], centre) / 90, -1, 1)
         edge = (6 * np.sin(summit / 8.0 + place) + 9 * np.sin(summit / 21.0 + 2 * place)) * smoothstep(0, 40, summit)
         lit = smoothstep(
@@ -150,8 +150,8 @@ def paint_range(picture, spec, rng):
         lit = np.clip(
             lit + 0.5 * smoothstep(0.12, 0.3, grain) * (1 - lit) - 0.45 * smoothstep(0.1, 0.3, -grain) * lit, 0, 1
         )
-        rock = mix(spec["shaded"], spec["lit"], lit)
-        rock = mix(rock, mist, smoothstep(10, 0.95 * spec["tall"] + 20, summit) * 0.85 + 0.15 * near)
+        rock = mix(shape["shaded"], shape["lit"], lit)
+        rock = mix(rock, mist, smoothstep(10, 0.95 * shape["tall"] + 20, summit) * 0.85 + 0.15 * near)
         picture = mix(picture, rock, smoothstep(-0.6, 0.6, depth) * (np.abs(dx) < WIDTH * 0.4))
     return picture
 
@@ -192,8 +192,8 @@ def paint():
     picture = paint_moon(picture)
     picture = paint_clouds(picture, rng)
     picture = paint_cloud_banks(picture, rng)
-    for spec in RANGES:
-        picture = paint_range(picture, spec, rng)
+    for shape in RANGES:
+        picture = paint_range(picture, shape, rng)
     picture = paint_forest(picture, 318, 10, 17, (78, 60, 110), (136, 88, 128), rng)
     picture = paint_forest(picture, 346, 10, 26, (52, 46, 92), (86, 64, 112), rng)
     return picture, np.ones(picture.shape[:2])
