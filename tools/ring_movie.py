@@ -80,7 +80,7 @@ class Film:
         self.width, self.height = shape["width"], shape["height"]
         self.ring = self.width * self.height
         self.picture = landscape(self.map_width, self.map_height)
-        self.title, self.label, self.small = font(20, True), font(14, True), font(13)
+        self.title, self.label, self.small = font(18, True), font(14, True), font(13)
 
     def colour(self, origin):
         return self.picture[origin % self.map_width, origin // self.map_width]
