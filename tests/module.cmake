@@ -28,11 +28,12 @@ target_compile_definitions(binary_test PRIVATE
     SCROLL2D_SHIPS=$<AND:$<CONFIG:Release>,$<NOT:$<BOOL:${SCROLL2D_SANITIZE}>>>)
 
 # ---- The header that hosts build with, by itself, in every language and compiler they may use
+set(header_compilers ${CMAKE_C_COMPILER})
 find_program(SCROLL2D_CLANG clang)
-foreach(compiler ${CMAKE_C_COMPILER} ${SCROLL2D_CLANG})
-    if(compiler MATCHES "NOTFOUND")
-        continue()
-    endif()
+if(SCROLL2D_CLANG AND NOT CMAKE_C_COMPILER_ID MATCHES Clang)
+    list(APPEND header_compilers ${SCROLL2D_CLANG})
+endif()
+foreach(compiler IN LISTS header_compilers)
     foreach(standard c99 c11 c++11 c++20)
         string(REGEX MATCH "^c(\\+\\+)?" language ${standard})
         get_filename_component(name ${compiler} NAME)

@@ -51,19 +51,39 @@ set_up() {
     install_system_packages && "$SCROLL2D_ROOT/tools/fetch_i386.sh"
 }
 
-# build_preset PRESET [TARGET...]: configures and builds, all targets unless some are named. Quiet when all is well;
-# otherwise the whole log.
+# Ninja's lines, compact where nobody watches: one for each tenth of the way.
+every_tenth() {
+    awk 'match($0, /^\[[0-9]+\/[0-9]+\]/) {
+            split(substr($0, 2, RLENGTH - 2), part, "/")
+            if (int(10 * part[1] / part[2]) > tenth) {
+                tenth = int(10 * part[1] / part[2])
+                print $0
+                fflush()
+            }
+        }'
+}
+
+# build_preset PRESET [TARGET...]: configures and builds, all targets unless some are named. On a terminal ninja's
+# own line of progress; elsewhere a few lines. When it fails, what the failing steps said.
 build_preset() {
-    local preset=$1 log targets=()
+    local preset=$1 log targets=() status
     shift
     (($# == 0)) || targets=(--target "$@")
     log=$(mktemp)
-    if ! (cd "$SCROLL2D_ROOT" && cmake --preset "$preset" &&
-          cmake --build --preset "$preset" "${targets[@]}") > "$log" 2>&1 < /dev/null; then
+    cd "$SCROLL2D_ROOT" || return 1
+    if ! cmake --preset "$preset" > "$log" 2>&1 < /dev/null; then
         cat "$log" >&2
-        rm -f "$log"
-        say "the $preset build failed"
-        return 1
+        status=1
+    elif [[ -t 2 ]]; then
+        cmake --build --preset "$preset" "${targets[@]}" >&2 < /dev/null
+        status=$?
+    else
+        cmake --build --preset "$preset" "${targets[@]}" 2>&1 < /dev/null | tee "$log" | every_tenth >&2
+        status=${PIPESTATUS[0]}
+        ((status == 0)) || sed -n '/^FAILED:/,$p' "$log" | grep -v '^\[[0-9]*/[0-9]*\] ' >&2
     fi
+    cd - > /dev/null || return 1
     rm -f "$log"
+    ((status == 0)) || say "the $preset build failed"
+    return "$status"
 }
