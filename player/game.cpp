@@ -13,25 +13,6 @@ namespace {
 constexpr int background_file = 0;
 constexpr int background_graph = host::kGraphLimit - 1;
 
-const std::vector<std::string>& key_names() {
-    static const std::vector<std::string> names = [] {
-        std::vector<std::string> list{"left",   "right", "up",    "down", "space", "enter",
-                                      "escape", "tab",   "shift", "ctrl", "alt",   "backspace",
-                                      "f1",     "f2",    "f3",    "f4",   "f5",    "f6",
-                                      "f7",     "f8",    "f9",    "f10",  "f11",   "f12"};
-        for (char c = 'a'; c <= 'z'; ++c) list.emplace_back(1, c);
-        for (char c = '0'; c <= '9'; ++c) list.emplace_back(1, c);
-        return list;
-    }();
-    return names;
-}
-
-void check_key(const std::string& name) {
-    const auto& names = key_names();
-    if (std::find(names.begin(), names.end(), name) == names.end())
-        throw std::runtime_error("there is no key \"" + name + "\"" + suggestion(name, names));
-}
-
 host::Options engine_options(const Options& options) {
     host::Options result;
     result.width = options.width;
@@ -86,8 +67,14 @@ host::Map& Game::map_at(int file, int graph) {
                              (there.empty() ? " (the file is empty)" : suggestion("", there)));
 }
 
+Picture Game::read_picture(const std::string& path) {
+    const std::string place = path_of(path);
+    files_read.note(place);
+    return read_png(place);
+}
+
 host::Map& Game::load_map(int file, int graph, const std::string& path) {
-    Picture picture = read_png(path_of(path));
+    Picture picture = read_picture(path);
     host::Files& files = engine.files();
     if (picture.indexed()) {
         if (bits_per_pixel() == 8) {
@@ -200,19 +187,6 @@ void Game::draw_texts() {
     for (const Text& text : texts_)
         draw_text(engine.screen(), text.x, text.y, text.text, text.pixel, text.scale);
     texts_.clear();
-}
-
-bool Game::key_down(const std::string& name) const {
-    check_key(name);
-    return keys_down_.contains(name);
-}
-
-void Game::set_key(const std::string& name, bool down) {
-    check_key(name);
-    if (down)
-        keys_down_.insert(name);
-    else
-        keys_down_.erase(name);
 }
 
 }  // namespace player

@@ -8,12 +8,13 @@
 
 #include <filesystem>
 #include <optional>
-#include <set>
 #include <string>
 #include <variant>
 #include <vector>
 
 #include "host/engine.h"
+#include "player/file_watch.h"
+#include "player/keys.h"
 #include "player/options.h"
 #include "player/picture.h"
 
@@ -30,6 +31,8 @@ class Game {
     bool over = false;
     int exit_status = 0;
     int frames_drawn = 0;
+    Keys keys;
+    FileWatch files_read;  // by the script, itself included
 
     // Draws one frame, with the background behind and the texts in front. Throws what the module reported,
     // and what it did wrong.
@@ -39,6 +42,8 @@ class Game {
 
     // A path as the script gives it: relative to the script's folder.
     [[nodiscard]] std::string path_of(const std::string& path) const;
+    // A PNG, at a path as the script gives it.
+    Picture read_picture(const std::string& path);
     // "file 1, graph 10" must be there.
     host::Map& map_at(int file, int graph);
     host::Map& load_map(int file, int graph, const std::string& path);
@@ -62,12 +67,6 @@ class Game {
     // Writes this frame's picture once it is drawn.
     void request_shot(const std::string& path) { shots_.push_back(path_of(path)); }
 
-    // ---- Keyboard
-
-    // Throws for a name that no key has.
-    [[nodiscard]] bool key_down(const std::string& name) const;
-    void set_key(const std::string& name, bool down);
-
   private:
     struct Text {
         int x, y;
@@ -86,7 +85,6 @@ class Game {
     std::variant<Rgba, Picture> background_ = Rgba{0, 0, 0, 255};
     std::vector<Text> texts_;
     std::vector<std::string> shots_;
-    std::set<std::string> keys_down_;
 };
 
 }  // namespace player

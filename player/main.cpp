@@ -1,12 +1,12 @@
-// scroll2d_player: plays a game script for a number of frames. See docs/player-scripts.md.
+// scroll2d_player: plays a game script, in a window or without one. See docs/player-scripts.md.
 #include <chrono>
 #include <cstdio>
 #include <exception>
 
-#include "player/game.h"
 #include "player/options.h"
 #include "player/output.h"
-#include "player/script.h"
+#include "player/session.h"
+#include "player/window.h"
 
 namespace player {
 namespace {
@@ -29,34 +29,52 @@ class Progress {
 };
 
 int play(const Options& options) {
-    Game game(options);
-    Script script(game, options.script, options.seed);
-    std::vector<std::unique_ptr<Output>> outputs;
-    if (!options.shots_folder.empty() || !options.sheet.empty()) outputs.push_back(make_shots(options));
-
-    Progress progress(options.frames);
-    while (!game.over && game.frames_drawn < options.frames) {
-        script.run_turns();
-        game.draw_frame();
-        const bool last = game.over || game.frames_drawn == options.frames;
+    Session session(options);
+    const auto outputs = make_outputs(options);
+    const int frames = options.frames.value_or(frames_without_window);
+    Progress progress(frames);
+    for (bool last = false; !last;) {
+        session.play_frame();
+        last = session.over(frames);
+        const int frame = session.game.frames_drawn;
         for (const auto& output : outputs)
-            if (output->wants(game.frames_drawn, last))
-                output->take(Picture(game.engine.screenshot()), game.frames_drawn);
-        progress.show(game.frames_drawn);
+            if (output->wants(frame, last)) output->take(Picture(session.game.engine.screenshot()), frame);
+        progress.show(frame);
     }
     for (const auto& output : outputs) output->finish();
-    return game.exit_status;
+    return session.game.exit_status;
+}
+
+// Null when no window can be opened; then the reason has been printed.
+std::unique_ptr<Window> open_window(const Options& options) {
+    try {
+        return std::make_unique<Window>(options);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s; drawing pictures instead\n", error.what());
+        return nullptr;
+    }
+}
+
+int play_in(Window& window, const Options& options) {
+    window.deliver_to(make_outputs(options));
+    return window.run();
 }
 
 }  // namespace
 }  // namespace player
 
 int main(int argc, char** argv) {
+    using namespace player;
     int exit_status = 0;
-    const auto options = player::parse_options(argc, argv, exit_status);
+    auto options = parse_options(argc, argv, exit_status);
     if (!options) return exit_status;
     try {
-        return player::play(*options);
+        if (options->window)
+            if (const auto window = open_window(*options)) return play_in(*window, *options);
+        const std::vector<std::string> left = choose_places(*options);
+        exit_status = play(*options);
+        for (const std::string& line : left) std::printf("%s\n", line.c_str());
+        return exit_status;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;

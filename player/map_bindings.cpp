@@ -157,7 +157,7 @@ int set_palette(lua_State* L) {
         }
     } else {
         const char* path = luaL_checkstring(L, 1);
-        const Picture picture = read_png(game_of(L).path_of(path));
+        const Picture picture = game_of(L).read_picture(path);
         if (!picture.indexed()) luaL_error(L, "%s has no palette", path);
         colours.assign(picture.palette.begin(), picture.palette.end());
     }

@@ -2,21 +2,23 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 namespace player {
 namespace {
 
-// Levenshtein distance: single letters put in, left out or exchanged.
+// Distance in single letters put in, left out or exchanged, and neighbours swapped (optimal string
+// alignment).
 std::size_t edits(std::string_view a, std::string_view b) {
-    std::vector<std::size_t> row(b.size() + 1);
+    std::vector<std::size_t> row(b.size() + 1), above, second_above;
     std::iota(row.begin(), row.end(), std::size_t{0});
     for (std::size_t i = 0; i < a.size(); ++i) {
-        std::size_t diagonal = row[0];
+        second_above = std::exchange(above, row);
         row[0] = i + 1;
         for (std::size_t j = 0; j < b.size(); ++j) {
-            const std::size_t exchanged = diagonal + (a[i] != b[j]);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({exchanged, row[j] + 1, diagonal + 1});
+            row[j + 1] = std::min({above[j] + (a[i] != b[j]), row[j] + 1, above[j + 1] + 1});
+            if (i > 0 && j > 0 && a[i] == b[j - 1] && a[i - 1] == b[j])
+                row[j + 1] = std::min(row[j + 1], second_above[j - 1] + 1);
         }
     }
     return row.back();
@@ -24,13 +26,18 @@ std::size_t edits(std::string_view a, std::string_view b) {
 
 }  // namespace
 
-std::string suggestion(std::string_view wrong, const std::vector<std::string>& names) {
-    if (names.empty()) return {};
-    const auto closest = std::min_element(names.begin(), names.end(), [wrong](const auto& a, const auto& b) {
+std::optional<std::string> closest(std::string_view wrong, const std::vector<std::string>& names) {
+    const auto best = std::min_element(names.begin(), names.end(), [wrong](const auto& a, const auto& b) {
         return edits(wrong, a) < edits(wrong, b);
     });
-    if (edits(wrong, *closest) <= std::max<std::size_t>(1, (wrong.size() + 1) / 3))
-        return " (did you mean \"" + *closest + "\"?)";
+    if (best == names.end()) return std::nullopt;
+    const std::size_t tolerated = std::max<std::size_t>(1, (wrong.size() + 1) / 3);
+    return edits(wrong, *best) <= tolerated ? std::optional(*best) : std::nullopt;
+}
+
+std::string suggestion(std::string_view wrong, const std::vector<std::string>& names) {
+    if (names.empty()) return {};
+    if (const auto name = closest(wrong, names)) return " (did you mean \"" + *name + "\"?)";
     std::string list;
     for (const auto& name : names) list += (list.empty() ? "" : ", ") + name;
     return " (there are: " + list + ")";

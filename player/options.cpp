@@ -4,6 +4,9 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "player/names.h"
+#include "player/script_path.h"
+
 namespace player {
 namespace {
 
@@ -23,16 +26,44 @@ void read_size(const std::string& text, Options& options) {
         throw CLI::ValidationError("--size", "\"" + text + "\" is not of the form 640x480");
 }
 
+// CLI11's own message, and for each option that there is none of the closest one that there is.
+std::string describe(const CLI::App* app, const CLI::Error& error) {
+    std::string text = error.what();
+    std::vector<std::string> names;
+    for (const CLI::Option* option : app->get_options())
+        for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+    for (const std::string& extra : app->remaining()) {
+        const auto name =
+            extra.starts_with("-") ? closest(extra.substr(0, extra.find('=')), names) : std::nullopt;
+        if (name) text += "; did you mean " + *name + "?";
+    }
+    return text + "\nRun with --help for the list of options.\n";
+}
+
+// The program's own folder is not where the demos are, so they are given by who starts it.
+void resolve_script(Options& options, const std::string& asked, const std::string& demos) {
+    try {
+        options.script = find_script(asked, demos);
+    } catch (const std::exception& error) {
+        throw CLI::ValidationError(error.what());
+    }
+}
+
 }  // namespace
 
 std::optional<Options> parse_options(int argc, char** argv, int& exit_status) {
     Options options;
     options.module = module_beside_program();
 
-    CLI::App app{"Plays a game script without a window and leaves pictures.", "scroll2d_player"};
-    app.add_option("script", options.script, "The game: a Lua script")->required()->check(CLI::ExistingFile);
-    app.add_option("--frames", options.frames, "Stop after N frames (60 are a second)")
-        ->capture_default_str()
+    CLI::App app{"Plays a game script, in a window or without one. F1 in the window lists its keys.",
+                 "scroll2d_player"};
+    app.failure_message(describe);
+    std::string asked = "main", demos;
+    app.add_option("script", asked, "The game: a Lua script, or the name of a demo [main]");
+    app.add_flag("--window,!--no-window", options.window,
+                 "Play in a window [./play: where there is a display]");
+    app.add_option("--frames", options.frames,
+                   "Stop after N frames, 60 are a second [300; in a window: go on until it is closed]")
         ->check(CLI::Range(1, 100'000'000));
     app.add_option_function<std::string>(
         "--size", [&options](const std::string& text) { read_size(text, options); },
@@ -51,8 +82,13 @@ std::optional<Options> parse_options(int argc, char** argv, int& exit_status) {
     app.add_option("--seed", options.seed, "Seed of math.random")->capture_default_str();
     app.add_option("--module", options.module, "Module to load [RVK_mod_scroll2D.so beside this program]")
         ->check(CLI::ExistingFile);
+    app.add_option("--demos", demos, "Folder of the demos that can be played by name");
+    app.add_option("--out", options.out,
+                   "Without a window: shots into FOLDER/NAME and their sheet into FOLDER/NAME.png, unless "
+                   "said otherwise");
     try {
         app.parse(argc, argv);
+        resolve_script(options, asked, demos);
     } catch (const CLI::ParseError& error) {
         exit_status = app.exit(error);
         return std::nullopt;

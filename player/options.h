@@ -6,18 +6,23 @@
 
 namespace player {
 
+inline constexpr int frames_without_window = 300;
+
 struct Options {
-    std::string script;        // path of the game script
-    std::string module;        // path of the module to load
-    std::string shots_folder;  // where shots go; empty: nowhere
-    std::string sheet;         // contact sheet; empty: none
-    int frames = 300;          // stop after so many
-    int every = 60;            // frames between shots
-    int width = 640;           // first video mode, pixels
+    std::string script;         // path of the game script
+    std::string module;         // path of the module to load
+    std::string shots_folder;   // where shots go; empty: nowhere
+    std::string sheet;          // contact sheet; empty: none
+    std::optional<int> frames;  // stop after so many
+    int every = 60;             // frames between shots
+    int width = 640;            // first video mode, pixels
     int height = 480;
     int bits_per_pixel = 32;
-    int scale = 1;      // shots are enlarged so many times
-    unsigned seed = 1;  // of math.random
+    int scale = 1;        // shots are enlarged so many times
+    unsigned seed = 1;    // of math.random
+    bool window = false;  // play in a window
+    std::string
+        out;  // where a run without a window leaves shots and sheet when no place was named; empty: nowhere
 };
 
 // Reads the command line. When there is nothing to play (help was asked for, or something is wrong) it has

@@ -23,4 +23,12 @@ class Output {
 // shots.cpp: PNGs of every so many frames and of the last, and their contact sheet.
 std::unique_ptr<Output> make_shots(const Options& options);
 
+// outputs.cpp
+
+// All that the options ask for. Errors: std::runtime_error for a place that cannot be written.
+std::vector<std::unique_ptr<Output>> make_outputs(const Options& options);
+// For a run without a window: names the places below `options.out` for shots and sheet that were not named.
+// Shots of an earlier run there are removed. Returns a line about each, for the end of the run.
+std::vector<std::string> choose_places(Options& options);
+
 }  // namespace player

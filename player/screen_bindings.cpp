@@ -28,7 +28,7 @@ int background(lua_State* L) {
     if (lua_isnoneornil(L, 1)) {
         game.set_background(Rgba{0, 0, 0, 255});
     } else if (lua_type(L, 1) == LUA_TSTRING && *lua_tostring(L, 1) != '#') {
-        game.set_background(read_png(game.path_of(lua_tostring(L, 1))));
+        game.set_background(game.read_picture(lua_tostring(L, 1)));
     } else {
         Rgba colour = host::from_pixel(pixel_argument(L, 1, nullptr), game.bits_per_pixel(),
                                        game.engine.palette(), false);
@@ -99,17 +99,17 @@ int quit(lua_State* L) {
 }
 
 int key(lua_State* L) {
-    lua_pushboolean(L, game_of(L).key_down(luaL_checkstring(L, 1)));
+    lua_pushboolean(L, game_of(L).keys.down(luaL_checkstring(L, 1)));
     return 1;
 }
 
 int press(lua_State* L) {
-    game_of(L).set_key(luaL_checkstring(L, 1), true);
+    game_of(L).keys.play(luaL_checkstring(L, 1), true);
     return 0;
 }
 
 int release(lua_State* L) {
-    game_of(L).set_key(luaL_checkstring(L, 1), false);
+    game_of(L).keys.play(luaL_checkstring(L, 1), false);
     return 0;
 }
 

@@ -25,6 +25,16 @@ std::vector<std::string> global_names(lua_State* L) {
     return names;
 }
 
+// In place of the searcher that finds modules in files: the same, and the file is noted.
+int search_and_note(lua_State* L) {
+    lua_settop(L, 1);
+    lua_pushvalue(L, lua_upvalueindex(1));
+    lua_insert(L, 1);
+    lua_call(L, 1, 2);
+    if (lua_isfunction(L, 1) && lua_isstring(L, 2)) Script::of(L).game.files_read.note(lua_tostring(L, 2));
+    return 2;
+}
+
 // Lua's own message for a mistyped function says that a global is nil; say what it may have been meant to be.
 std::string with_suggestion(lua_State* L, const std::string& message) {
     constexpr std::string_view before = "nil value (global '";
@@ -54,6 +64,7 @@ Script::Script(Game& the_game, const std::string& path, unsigned seed)
     bind_maps(lua_);
     bind_screen(lua_);
 
+    game.files_read.note(path);
     if (luaL_loadfile(lua_, path.c_str()) != LUA_OK) {
         const std::string message = lua_tostring(lua_, -1);
         lua_close(lua_);
@@ -75,6 +86,11 @@ void Script::open_libraries(const std::string& path, unsigned seed) {
     lua_getfield(lua_, -1, "path");
     lua_pushfstring(lua_, "%s/?.lua;%s", folder.c_str(), lua_tostring(lua_, -1));
     lua_setfield(lua_, -3, "path");
+    constexpr lua_Integer file_searcher = 2;
+    lua_getfield(lua_, -2, "searchers");
+    lua_geti(lua_, -1, file_searcher);
+    lua_pushcclosure(lua_, search_and_note, 1);
+    lua_seti(lua_, -2, file_searcher);
     lua_getglobal(lua_, "math");
     lua_getfield(lua_, -1, "randomseed");
     lua_pushinteger(lua_, seed);

@@ -107,6 +107,9 @@ find "$unpacked" -type l -lname '/*' | while read -r link; do
     target=${target/\/usr\/usr\//\/usr\/}
     if [[ -e $target ]]; then ln -sfr "$target" "$link"; else rm "$link"; fi
 done
+# Debian ships Dear ImGui's backends as sources among its examples; the player compiles the one it needs.
+mkdir -p "$unpacked/usr/src"
+mv "$unpacked/usr/share/doc/libimgui-dev/examples/backends" "$unpacked/usr/src/imgui_backends"
 rm -rf "$unpacked/usr/share/doc" "$unpacked/usr/share/man" "$unpacked/usr/share/locale"
 
 rm -rf "$tree"

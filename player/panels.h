@@ -1,0 +1,16 @@
+// What the window itself has to say: its keys, a script's error, that the game is paused. Drawn into the
+// present frame of ImGui, over the game.
+#pragma once
+
+#include <string>
+
+namespace player {
+
+// The table of the window's keys, in the middle.
+void show_keys();
+// An error that stopped the script, with how to go on.
+void show_error(const std::string& message);
+// One line in the top left corner.
+void show_note(const std::string& text);
+
+}  // namespace player

@@ -1,0 +1,17 @@
+// Which script somebody means who names one on the command line.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace player {
+
+// The scripts of a folder and of the folders right in it, sorted.
+std::vector<std::filesystem::path> scripts_in(const std::filesystem::path& folder);
+
+// A path as it is, with ".lua" added, or the end of the path of exactly one demo ("main", "demos/main",
+// "guide/sky"). `demos` may be empty. Errors: std::runtime_error that names the closest script there is.
+std::string find_script(const std::string& asked, const std::filesystem::path& demos);
+
+}  // namespace player

@@ -1,0 +1,221 @@
+#include "player/window.h"
+
+#include <SDL.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+
+#include "player/panels.h"
+
+namespace player {
+namespace {
+
+constexpr double seconds_between_looks = 0.5;  // at the files of the game
+
+// As large as fits well on the desktop, the game's pixels as whole squares.
+Area fitting_size(int display, int width, int height) {
+    SDL_Rect room{};
+    if (SDL_GetDisplayUsableBounds(display, &room) != 0) return {0, 0, width, height};
+    return place_screen(width, height, {0, 0, room.w * 9 / 10, room.h * 9 / 10}).at;
+}
+
+SDL_Window* open_window(const Options& options) {
+    const Area size = fitting_size(0, options.width, options.height);
+    SDL_Window* window = SDL_CreateWindow("", SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, size.width,
+                                          size.height, SDL_WINDOW_RESIZABLE);
+    if (!window) throw std::runtime_error(std::string("no window can be opened: ") + SDL_GetError());
+    return window;
+}
+
+double seconds_now() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+}  // namespace
+
+// There is no sound, so SDL's audio is never touched.
+Window::Sdl::Sdl() {
+    SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
+    SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");  // Ctrl+C in the terminal ends the player at once, as ever
+    if (SDL_Init(SDL_INIT_VIDEO | SDL_INIT_GAMECONTROLLER) != 0)
+        throw std::runtime_error(std::string("no window can be opened: ") + SDL_GetError());
+    // Without a display SDL falls back to drivers that show nothing. Whoever wants one of those says so.
+    const std::string driver = SDL_GetCurrentVideoDriver();
+    if ((driver != "offscreen" && driver != "dummy" && driver != "evdev") || std::getenv("SDL_VIDEODRIVER"))
+        return;
+    SDL_Quit();
+    throw std::runtime_error("no window can be opened: there is no display");
+}
+
+Window::Sdl::~Sdl() {
+    SDL_Quit();
+}
+
+void Window::Destroy::operator()(SDL_Window* window) const {
+    SDL_DestroyWindow(window);
+}
+
+Window::Window(const Options& options) : options_(options), window_(open_window(options)) {
+    canvas_.emplace(window_.get());
+    pacer_ = Pacer(canvas_->locked());
+    load();
+}
+
+Window::~Window() = default;
+
+// ---- Events
+
+void Window::take_events() {
+    SDL_Event event;
+    while (SDL_PollEvent(&event)) {
+        canvas_->tell(event);
+        if (event.type == SDL_QUIT) closing_ = true;
+        const bool key = event.type == SDL_KEYDOWN || event.type == SDL_KEYUP;
+        if (key && is_command_key(event.key))
+            obey(command_of(event.key));
+        else if (!key || event.type == SDL_KEYUP || !canvas_->takes_keyboard())
+            devices_.take_event(event);
+    }
+}
+
+void Window::obey(Command command) {
+    switch (command) {
+        case Command::none:
+        case Command::inspector:
+            return;
+        case Command::help:
+            keys_shown_ = !keys_shown_;
+            return;
+        case Command::pause:
+            transport_.toggle_pause();
+            return;
+        case Command::step:
+            transport_.step();
+            return;
+        case Command::reload:
+            load();
+            return;
+        case Command::full_screen:
+            toggle_full_screen();
+            return;
+        case Command::close:
+            closing_ = true;
+            return;
+    }
+}
+
+void Window::toggle_full_screen() {
+    const bool full = (SDL_GetWindowFlags(window_.get()) & SDL_WINDOW_FULLSCREEN_DESKTOP) != 0;
+    SDL_SetWindowFullscreen(window_.get(), full ? 0 : SDL_WINDOW_FULLSCREEN_DESKTOP);
+}
+
+// ---- The game
+
+void Window::load() {
+    // The old game first: there is room for one engine only.
+    session_.reset();
+    changed_file_.reset();
+    script_only_ = {};
+    script_only_.note(options_.script);
+    try {
+        session_ = std::make_unique<Session>(options_);
+        transport_.loaded();
+    } catch (const std::exception& error) {
+        transport_.fail(error.what());
+    }
+}
+
+void Window::play_frame() {
+    try {
+        session_->game.keys.hold(devices_.take_keys());
+        session_->play_frame();
+        const int old_width = screen_.width, old_height = screen_.height;
+        screen_ = Picture(session_->game.engine.screenshot());
+        if (screen_.width != old_width || screen_.height != old_height) fit_window();
+    } catch (const std::exception& error) {
+        transport_.fail(error.what());
+        return;
+    }
+    const bool last = session_->over(options_.frames);
+    for (const auto& output : outputs_)
+        if (output->wants(session_->game.frames_drawn, last))
+            output->take(screen_, session_->game.frames_drawn);
+    if (!last) return;
+    closing_ = true;
+    exit_status_ = session_->game.exit_status;
+}
+
+// After a change of video mode. A window that its user has made full or maximal stays.
+void Window::fit_window() {
+    SDL_Window* window = window_.get();
+    if ((SDL_GetWindowFlags(window) & (SDL_WINDOW_FULLSCREEN_DESKTOP | SDL_WINDOW_MAXIMIZED)) != 0) return;
+    const int display = std::max(0, SDL_GetWindowDisplayIndex(window));
+    const Area size = fitting_size(display, screen_.width, screen_.height);
+    SDL_SetWindowSize(window, size.width, size.height);
+    const int middle = static_cast<int>(SDL_WINDOWPOS_CENTERED_DISPLAY(static_cast<unsigned>(display)));
+    SDL_SetWindowPosition(window, middle, middle);
+}
+
+void Window::look_at_files(double now) {
+    if (now < next_look_ || changed_file_) return;
+    next_look_ = now + seconds_between_looks;
+    changed_file_ = session_ ? session_->game.files_read.changed() : script_only_.changed();
+}
+
+// ---- What is seen
+
+void Window::write_title() {
+    std::string title = std::filesystem::path(options_.script).filename().string();
+    if (transport_.failed())
+        title += " - stopped by an error";
+    else if (transport_.paused())
+        title += " - paused";
+    if (changed_file_)
+        title +=
+            " - " + std::filesystem::path(*changed_file_).filename().string() + " has changed: F5 loads it";
+    if (title == title_) return;
+    title_ = title;
+    SDL_SetWindowTitle(window_.get(), title_.c_str());
+}
+
+void Window::show() {
+    canvas_->begin();
+    if (!screen_.pixels.empty())
+        canvas_->lay(
+            screen_,
+            place_screen(screen_.width, screen_.height, {0, 0, canvas_->width(), canvas_->height()}).at);
+    if (transport_.failed())
+        show_error(transport_.error());
+    else if (transport_.paused())
+        show_note("paused at frame " + std::to_string(session_->game.frames_drawn) +
+                  " - F3 goes on, F4 steps");
+    if (keys_shown_) show_keys();
+    canvas_->finish();
+    write_title();
+}
+
+bool Window::turn(double now) {
+    take_events();
+    for (int due = pacer_.due(now); due > 0 && !closing_; --due)
+        if (transport_.take_frame()) play_frame();
+    look_at_files(now);
+    show();
+    return !closing_;
+}
+
+int Window::run() {
+    while (turn(seconds_now())) {
+        const double milliseconds = 1000 * pacer_.wait(seconds_now());
+        // A display that is waited for keeps the time itself; a window that nobody sees is not waited for.
+        const bool seen =
+            (SDL_GetWindowFlags(window_.get()) & (SDL_WINDOW_HIDDEN | SDL_WINDOW_MINIMIZED)) == 0;
+        if (!canvas_->locked() || !seen) SDL_Delay(static_cast<Uint32>(milliseconds));
+    }
+    for (const auto& output : outputs_) output->finish();
+    return exit_status_;
+}
+
+}  // namespace player

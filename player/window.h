@@ -1,0 +1,85 @@
+// The game in a window: played sixty times a second, steered by keyboard and pads, paused, loaded again.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "player/canvas.h"
+#include "player/commands.h"
+#include "player/devices.h"
+#include "player/output.h"
+#include "player/pacer.h"
+#include "player/session.h"
+#include "player/transport.h"
+
+struct SDL_Window;
+
+namespace player {
+
+class Window {
+  public:
+    // Opens the window and loads the script; an error in that is shown, not thrown. Errors:
+    // std::runtime_error with SDL's reason when no window can be opened.
+    explicit Window(const Options& options);
+    Window(const Window&) = delete;
+    Window& operator=(const Window&) = delete;
+    ~Window();
+
+    // Where the pictures of the frames to come go, besides the window.
+    void deliver_to(std::vector<std::unique_ptr<Output>> outputs) { outputs_ = std::move(outputs); }
+
+    // Takes the events that wait, plays the frames that are due at `now` (seconds of a steady clock), and
+    // shows the result. False once the window is to be closed.
+    bool turn(double now);
+    // turn() until that, in real time. Returns the exit status.
+    int run();
+
+    // ---- For whoever watches
+
+    [[nodiscard]] const Transport& transport() const { return transport_; }
+    [[nodiscard]] Session* session() { return session_.get(); }  // null: the script could not be loaded
+    [[nodiscard]] const std::string& title() const { return title_; }
+    [[nodiscard]] bool shows_keys() const { return keys_shown_; }
+    [[nodiscard]] int exit_status() const { return exit_status_; }
+
+  private:
+    struct Sdl {
+        Sdl();
+        ~Sdl();
+    };
+    struct Destroy {
+        void operator()(SDL_Window* window) const;
+    };
+
+    void take_events();
+    void obey(Command command);
+    void load();
+    void play_frame();
+    void show();
+    void fit_window();
+    void look_at_files(double now);
+    void write_title();
+    void toggle_full_screen();
+
+    Options options_;
+    std::vector<std::unique_ptr<Output>> outputs_;
+    Sdl sdl_;
+    std::unique_ptr<SDL_Window, Destroy> window_;
+    std::optional<Canvas> canvas_;
+    Pacer pacer_;
+    Devices devices_;
+    Transport transport_;
+    std::unique_ptr<Session> session_;
+    Picture screen_;         // what the game drew last; stays when the game is gone
+    FileWatch script_only_;  // what to watch while no session does
+    std::optional<std::string> changed_file_;
+    double next_look_ = 0;
+    std::string title_;
+    bool keys_shown_ = false;
+    bool closing_ = false;
+    int exit_status_ = 0;
+};
+
+}  // namespace player
