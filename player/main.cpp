@@ -28,10 +28,13 @@ class Progress {
     std::chrono::steady_clock::time_point next_ = std::chrono::steady_clock::now() + std::chrono::seconds(2);
 };
 
-int play(const Options& options) {
-    Session session(options);
-    const auto outputs = make_outputs(options);
-    const int frames = options.frames.value_or(frames_without_window);
+using Outputs = std::vector<std::unique_ptr<Output>>;
+
+void finish(const Outputs& outputs) {
+    for (const auto& output : outputs) output->finish();
+}
+
+void play_frames(Session& session, int frames, const Outputs& outputs) {
     Progress progress(frames);
     for (bool last = false; !last;) {
         session.play_frame();
@@ -41,7 +44,19 @@ int play(const Options& options) {
             if (output->wants(frame, last)) output->take(Picture(session.game.engine.screenshot()), frame);
         progress.show(frame);
     }
-    for (const auto& output : outputs) output->finish();
+}
+
+int play(const Options& options) {
+    Session session(options);
+    const Outputs outputs = make_outputs(options);
+    try {
+        play_frames(session, options.frames.value_or(frames_without_window), outputs);
+    } catch (...) {
+        // The pictures up to the error are what one wants to look at.
+        finish(outputs);
+        throw;
+    }
+    finish(outputs);
     return session.game.exit_status;
 }
 

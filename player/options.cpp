@@ -76,7 +76,10 @@ std::optional<Options> parse_options(int argc, char** argv, int& exit_status) {
         ->capture_default_str()
         ->check(CLI::Range(1, 100'000'000));
     app.add_option("--sheet", options.sheet, "Write one PNG with all shots");
-    app.add_option("--scale", options.scale, "Enlarge shots N times")
+    app.add_option(
+        "--record", options.film,
+        "Write a film: FILE.png (animated), or FILE.gif, FILE.mp4, FILE.webm if ffmpeg is installed");
+    app.add_option("--scale", options.scale, "Enlarge shots and films N times")
         ->capture_default_str()
         ->check(CLI::Range(1, 16));
     app.add_option("--seed", options.seed, "Seed of math.random")->capture_default_str();

@@ -13,12 +13,13 @@ struct Options {
     std::string module;         // path of the module to load
     std::string shots_folder;   // where shots go; empty: nowhere
     std::string sheet;          // contact sheet; empty: none
+    std::string film;           // recording of every frame; empty: none
     std::optional<int> frames;  // stop after so many
     int every = 60;             // frames between shots
     int width = 640;            // first video mode, pixels
     int height = 480;
     int bits_per_pixel = 32;
-    int scale = 1;        // shots are enlarged so many times
+    int scale = 1;        // shots and films are enlarged so many times
     unsigned seed = 1;    // of math.random
     bool window = false;  // play in a window
     std::string

@@ -23,6 +23,10 @@ class Output {
 // shots.cpp: PNGs of every so many frames and of the last, and their contact sheet.
 std::unique_ptr<Output> make_shots(const Options& options);
 
+// recorder.cpp: a film of every frame, its format by the file's extension. Errors: std::runtime_error for an
+// extension that is no film's, and when ffmpeg is needed and not there; both before anything is played.
+std::unique_ptr<Output> make_recorder(const std::string& path, int scale);
+
 // outputs.cpp
 
 // All that the options ask for. Errors: std::runtime_error for a place that cannot be written.

@@ -19,6 +19,7 @@ void remove_shots(const fs::path& folder) {
 std::vector<std::unique_ptr<Output>> make_outputs(const Options& options) {
     std::vector<std::unique_ptr<Output>> outputs;
     if (!options.shots_folder.empty() || !options.sheet.empty()) outputs.push_back(make_shots(options));
+    if (!options.film.empty()) outputs.push_back(make_recorder(options.film, options.scale));
     return outputs;
 }
 

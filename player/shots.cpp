@@ -28,7 +28,7 @@ class Shots final : public Output {
     }
 
     void finish() override {
-        if (!options_.sheet.empty()) write_png(options_.sheet, contact_sheet(kept_));
+        if (!kept_.empty()) write_png(options_.sheet, contact_sheet(kept_));
     }
 
   private:

@@ -1,0 +1,56 @@
+#!/usr/bin/env bash
+# Films: that two runs give the same bytes, and what is said when a film cannot be made.
+#
+# usage: record.sh PLAYER [FORMAT...]     FORMATs are those of ffmpeg; 77, skipped, when that is not installed.
+#                                         Without any: the animated PNG and the messages
+set -euo pipefail
+player=$1
+shift
+if (($#)) && ! command -v ffmpeg > /dev/null; then
+    echo "ffmpeg is not installed: films of its formats are not tested"
+    exit 77
+fi
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+cat > "$scratch/game.lua" <<'LUA'
+new_map(1, 20, 5, 5, "#ffcc33")
+while true do
+    process{file = 1, graph = 20, x = math.random(0, 62), y = math.random(0, 44)}
+    if frame_number() == 20 then set_mode(40, 90, 32) end
+    frame()
+end
+LUA
+fail() { echo "FAILED: $*"; exit 1; }
+record() { PATH=${player_path:-$PATH} "$player" --size 63x45 --frames 30 --record "$scratch/$1" "${@:2}" "$scratch/game.lua"; }
+
+twice() {
+    record "a.$1" && record "b.$1" && cmp "$scratch/a.$1" "$scratch/b.$1" || fail "two runs differ: $1"
+    record "c.$1" --seed 2
+    if cmp -s "$scratch/a.$1" "$scratch/c.$1"; then fail "the film does not show the game: $1"; fi
+}
+refused() {
+    if record "$1" 2> "$scratch/err"; then fail "$1 was recorded"; fi
+    grep -Eq "$2" "$scratch/err" || fail "message for $1: $(cat "$scratch/err")"
+    [[ ! -e $scratch/$1 ]] || fail "$1 was begun"
+}
+
+if (($#)); then
+    for format; do
+        twice "$format"
+        [[ $(ffprobe -v error -show_entries stream=nb_read_frames -count_frames -of csv=p=0 "$scratch/a.$format") == \
+           $([[ $format == gif ]] && echo 15 || echo 30) ]] || fail "number of pictures: $format"
+    done
+    refused nowhere/film.mp4 "ffmpeg could not make the film"
+    exit
+fi
+twice png
+record d.png --scale 2 && ! cmp -s "$scratch/a.png" "$scratch/d.png" || fail "enlarged film"
+refused film.avi 'film.avi: films end with .png \(animated\), .gif, .mp4 or .webm'
+refused film 'films end with'
+refused nowhere/film.png 'nowhere/film.png: the file cannot be written'
+player_path=$scratch refused film.mp4 'made by ffmpeg, which is not installed: apt-get install ffmpeg, or record to a .png'
+# An error in the script ends the film; it does not spoil it.
+echo 'for i = 1, 5 do frame() end broken()' > "$scratch/game.lua"
+record e.png 2> /dev/null && fail "the script is broken"
+[[ $(tail -c 8 "$scratch/e.png" | head -c 4) == IEND ]] || fail "the film of a script that fails has no end"
+exit 0
