@@ -70,6 +70,7 @@ using Peers = std::vector<std::pair<std::string, std::unique_ptr<Peer>>>;
 
 Peers make_peers(const Options& options, Stage& stage, const Variant& variant) {
     Peers peers;
+    if (!options.peers) return peers;
     peers.emplace_back("SDL2", make_sdl_peer(stage, variant, false));
     peers.emplace_back("pixman", make_pixman_peer(stage, variant));
     if (options.run_length) peers.emplace_back("SDL2 run-length", make_sdl_peer(stage, variant, true));
@@ -102,7 +103,6 @@ std::vector<Timing> time_scene(const Options& options, Stage& stage, const Scene
 void add_to(Report& report, const Scene& scene, const std::vector<Timing>& timings) {
     const double module = timings[0].microseconds;
     const double memcpy = timings[1].microseconds;
-    const double peer = std::min(timings[2].microseconds, timings[3].microseconds);
     for (const Timing& timing : timings) {
         Measurement m = scene.measurement();
         m.contender = timing.name;
@@ -110,7 +110,11 @@ void add_to(Report& report, const Scene& scene, const std::vector<Timing>& timin
         m.ratio = timing.microseconds / memcpy;
         report.add(m);
     }
-    report.add_drawn(scene.family, scene.bits_per_pixel, module / memcpy, module / peer);
+    report.add_drawn(scene.family, scene.bits_per_pixel, module / memcpy);
+    if (timings.size() > 3) {
+        const double peer = std::min(timings[2].microseconds, timings[3].microseconds);
+        report.add_peer(scene.family, scene.bits_per_pixel, module / peer);
+    }
     if (timings.size() > 4)
         report.add_run_length(scene.family, scene.bits_per_pixel, module / timings[4].microseconds);
 }

@@ -21,6 +21,7 @@ std::optional<Options> parse_options(int argc, char** argv, int& exit_status) {
     app.add_option("--csv", options.csv, "Write every measurement into this file");
     app.add_flag("--rle", options.run_length,
                  "Time SDL2 with run-length encoded surfaces too, for comparison; it counts as no peer");
+    app.add_flag("!--no-peers", options.peers, "Leave SDL2 and pixman out, which take most of the time");
     app.add_option("--module", options.module, "Module to load [RVK_mod_scroll2D.so beside this program]")
         ->check(CLI::ExistingFile);
     try {

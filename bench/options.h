@@ -13,6 +13,7 @@ struct Options {
     std::string filter;  // only measurements whose name contains it
     std::string only;    // empty: all parts; otherwise draw, fill, move or growth
     bool quick = false;
+    bool peers = true;        // otherwise module and memcpy alone
     bool run_length = false;  // one more contender: SDL2 with run-length encoded surfaces
 
     [[nodiscard]] Plan plan() const { return quick ? Plan{4, 120, 3} : Plan{}; }

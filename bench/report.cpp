@@ -13,10 +13,10 @@ void append(std::vector<double>& to, const std::vector<double>& from) {
 }
 
 void print_row(const std::string& name, const std::string& depth, const DrawFigures& figures) {
-    std::printf("| %-36s | %5s | %5.2f | %5.2f | %5.2f |", name.c_str(), depth.c_str(),
+    std::printf("| %-36s | %5s | %5.2f | %5.2f |", name.c_str(), depth.c_str(),
                 geometric_mean(figures.per_memcpy),
-                *std::max_element(figures.per_memcpy.begin(), figures.per_memcpy.end()),
-                geometric_mean(figures.per_peer));
+                *std::max_element(figures.per_memcpy.begin(), figures.per_memcpy.end()));
+    if (!figures.per_peer.empty()) std::printf(" %5.2f |", geometric_mean(figures.per_peer));
     if (!figures.per_run_length.empty()) std::printf(" %5.2f |", geometric_mean(figures.per_run_length));
     std::printf("\n");
 }
@@ -33,10 +33,12 @@ void Heading::print_once() {
     text_.clear();
 }
 
-void Report::add_drawn(const Family& family, std::int32_t bits, double per_memcpy, double per_peer) {
-    DrawFigures& figures = drawn_[{&family, bits}];
-    figures.per_memcpy.push_back(per_memcpy);
-    figures.per_peer.push_back(per_peer);
+void Report::add_drawn(const Family& family, std::int32_t bits, double per_memcpy) {
+    drawn_[{&family, bits}].per_memcpy.push_back(per_memcpy);
+}
+
+void Report::add_peer(const Family& family, std::int32_t bits, double ratio) {
+    drawn_[{&family, bits}].per_peer.push_back(ratio);
 }
 
 void Report::add_run_length(const Family& family, std::int32_t bits, double ratio) {
@@ -45,10 +47,11 @@ void Report::add_run_length(const Family& family, std::int32_t bits, double rati
 
 void Report::print_table() const {
     if (drawn_.empty()) return;
+    const bool peers = !drawn_.begin()->second.per_peer.empty();
     const bool run_length = !drawn_.begin()->second.per_run_length.empty();
-    std::printf("\n| family                               | depth | t / M | worst | /peer |%s\n",
-                run_length ? "  /RLE |" : "");
-    std::printf("|---|---|---|---|---|%s\n", run_length ? "---|" : "");
+    std::printf("\n| family                               | depth | t / M | worst |%s%s\n",
+                peers ? " /peer |" : "", run_length ? "  /RLE |" : "");
+    std::printf("|---|---|---|---|%s%s\n", peers ? "---|" : "", run_length ? "---|" : "");
     DrawFigures scenes, rows;
     for (const auto& [row, figures] : drawn_) {  // families() is one array, so pointers order as the table
         print_row(row.first->name, std::to_string(row.second), figures);
@@ -56,7 +59,7 @@ void Report::print_table() const {
         append(scenes.per_peer, figures.per_peer);
         append(scenes.per_run_length, figures.per_run_length);
         rows.per_memcpy.push_back(geometric_mean(figures.per_memcpy));
-        rows.per_peer.push_back(geometric_mean(figures.per_peer));
+        if (peers) rows.per_peer.push_back(geometric_mean(figures.per_peer));
     }
     print_row("everything: " + std::to_string(scenes.per_memcpy.size()) + " scenes", "all", scenes);
     print_row("everything: rows of this table", "all", rows);

@@ -30,8 +30,8 @@ struct Measurement {
 // The figures of drawn scenes, for the table.
 struct DrawFigures {
     std::vector<double> per_memcpy;
-    std::vector<double> per_peer;
-    std::vector<double> per_run_length;  // against SDL2 with run-length encoding; may be empty
+    std::vector<double> per_peer;        // empty when the peers were left out
+    std::vector<double> per_run_length;  // against SDL2 with run-length encoding; often empty
 };
 
 // The head of a table, printed before its first row, so that a table without rows leaves nothing.
@@ -48,11 +48,12 @@ class Report {
   public:
     [[nodiscard]] bool empty() const { return measurements_.empty(); }
     void add(Measurement measurement) { measurements_.push_back(std::move(measurement)); }
-    void add_drawn(const Family& family, std::int32_t bits, double per_memcpy, double per_peer);
+    void add_drawn(const Family& family, std::int32_t bits, double per_memcpy);
+    void add_peer(const Family& family, std::int32_t bits, double ratio);
     void add_run_length(const Family& family, std::int32_t bits, double ratio);
 
     // The table: per family and depth the geometric mean and the worst time / memcpy of the view, and the
-    // geometric mean of time / best peer. Nothing when no scene was drawn.
+    // geometric mean of time / best peer where there are peers. Nothing when no scene was drawn.
     void print_table() const;
     // Errors: std::runtime_error for a file that cannot be written.
     void write_csv(const std::string& path) const;
