@@ -11,10 +11,11 @@ namespace scroll2d {
 namespace {
 
 // Copies rows of `bytes` bytes, at least one chunk, in chunks of a size known to the compiler; the last chunk
-// may overlap the one before it.
+// may overlap the one before it. Not inlined, so that each loop has the few registers to itself.
 template <std::size_t chunk>
-void copy_in_chunks(std::uint8_t* to, std::ptrdiff_t to_stride, const std::uint8_t* from,
-                    std::ptrdiff_t from_stride, std::size_t bytes, std::int32_t rows) {
+__attribute__((noinline)) void copy_in_chunks(std::uint8_t* to, std::ptrdiff_t to_stride,
+                                              const std::uint8_t* from, std::ptrdiff_t from_stride,
+                                              std::size_t bytes, std::int32_t rows) {
     const std::size_t last = bytes - chunk;
     for (; rows > 0; --rows, to += to_stride, from += from_stride) {
         for (std::size_t i = 0; i < last; i += chunk) std::memcpy(to + i, from + i, chunk);

@@ -41,6 +41,8 @@ if(NOT SCROLL2D_SANITIZE)
         $<$<CONFIG:Release>:-O3>
         # The finished file may import malloc, free and memcpy only: no memset or memmove made from loops.
         -fno-tree-loop-distribute-patterns -fno-stack-protector
+        # No exception passes through the module, and a debugger finds its unwinding beside the symbols.
+        -fno-asynchronous-unwind-tables
         -ffunction-sections -fdata-sections)
 endif()
 

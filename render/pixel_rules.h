@@ -21,30 +21,37 @@ constexpr std::uint32_t alpha_of(std::uint32_t pixel) {
 // f) + S x f) >> 8. The sum lies between 0 and 255 x 256, so computing it modulo 2^16, or two lanes of it
 // modulo 2^32, loses nothing, and a negative difference needs no care.
 
+// Two words of a blend, each channel one byte above its place, put together into a pixel:
+// outer [channel 2][.][channel 0][.], middle [.][channel 1][.][.].
+constexpr std::uint32_t join_channels(std::uint32_t outer, std::uint32_t middle) {
+    return ((outer & 0xff00ff00) | (middle & 0xff0000)) >> 8;
+}
+
 // mix_pixel: each colour byte D + (((S - D) x f) >> 8), the shift flooring; byte 3 is 0.
 // f is 0 to 256; 0 gives D's colour exactly, 256 gives S's.
 constexpr std::uint32_t mix_pixel(std::uint32_t d, std::uint32_t s, std::uint32_t f) {
     const std::uint32_t d_outer = d & 0xff00ff;
     const std::uint32_t s_outer = s & 0xff00ff;
-    const std::uint32_t d_middle = d >> 8 & 0xff;
-    const std::uint32_t s_middle = s >> 8 & 0xff;
-    const std::uint32_t outer = (d_outer << 8) + (s_outer - d_outer) * f;      // [channel 2][.][channel 0][.]
-    const std::uint32_t middle = (d_middle << 8) + (s_middle - d_middle) * f;  // [.][.][channel 1][.]
-    return (outer >> 8 & 0xff00ff) | (middle & 0xff00);
+    const std::uint32_t d_middle = d & 0xff00;
+    const std::uint32_t s_middle = s & 0xff00;
+    const std::uint32_t outer = (d_outer << 8) + (s_outer - d_outer) * f;
+    const std::uint32_t middle = (d_middle << 8) + (s_middle - d_middle) * f;
+    return join_channels(outer, middle);
 }
 
-// mix_pixel16: the same on each of the three colour fields, 5-6-5 bits. f is 0 to 255. Two products in place
-// of one here, since 16-bit vector units multiply cheaply and widen dearly.
+// mix_pixel16: the same on each of the three colour fields, 5-6-5 bits. f is 0 to 255. Each field moves by
+// its difference's share, which is negative as often as not; the sum is exact, since no field leaves its
+// range. The difference comes doubled and f as f x 128, so that the share is the high half of a product of
+// signed 16 bits, for which vector units have an instruction.
 constexpr std::uint16_t mix_pixel16(std::uint16_t d, std::uint16_t s, std::uint16_t f) {
-    const auto keep = static_cast<std::uint16_t>(256 - f);
-    const auto mix = [f, keep](std::uint16_t from, std::uint16_t to) {
-        return static_cast<std::uint16_t>(static_cast<std::uint16_t>(from * keep) +
-                                          static_cast<std::uint16_t>(to * f));
+    const auto factor = static_cast<std::int16_t>(f << 7);
+    const auto share = [factor](std::int16_t from, std::int16_t to) {
+        return static_cast<std::uint16_t>((static_cast<std::int16_t>(to - from) * factor) >> 16);
     };
-    const std::uint16_t high = mix(static_cast<std::uint16_t>(d >> 11), static_cast<std::uint16_t>(s >> 11));
-    const std::uint16_t middle = mix(d >> 5 & 63, s >> 5 & 63);
-    const std::uint16_t low = mix(d & 31, s & 31);
-    return static_cast<std::uint16_t>((high << 3 & 0xf800) | (middle >> 3 & 0x07e0) | low >> 8);
+    const std::uint16_t high = share(d >> 10 & 62, s >> 10 & 62);
+    const std::uint16_t middle = share(d >> 4 & 126, s >> 4 & 126);
+    const std::uint16_t low = share(d << 1 & 62, s << 1 & 62);
+    return static_cast<std::uint16_t>(d + (high << 11) + (middle << 5) + low);
 }
 
 constexpr std::uint16_t mix(std::uint16_t d, std::uint16_t s, std::uint16_t f) {
@@ -54,11 +61,9 @@ constexpr std::uint32_t mix(std::uint32_t d, std::uint32_t s, std::uint32_t f) {
     return mix_pixel(d, s, f);
 }
 
-// fade_pixel, S over black: each colour byte ((S + 1) x f) >> 8, which is (S x f + f) >> 8; byte 3 is 0.
+// fade_pixel, S over black: each colour byte ((S + 1) x f) >> 8; byte 3 is 0. f is 0 to 255.
 constexpr std::uint32_t fade_pixel(std::uint32_t s, std::uint32_t f) {
-    const std::uint32_t outer = (s & 0xff00ff) * f + f * 0x010001;
-    const std::uint32_t middle = (s >> 8 & 0xff) * f + f;
-    return (outer >> 8 & 0xff00ff) | (middle & 0xff00);
+    return join_channels(((s & 0xff00ff) + 0x010001) * f, ((s & 0xff00) + 0x0100) * f);
 }
 
 // D := S.
@@ -84,7 +89,10 @@ struct Blended {
 template <class Pixel>
 struct KeyedBlended {
     Pixel alpha;  // 0-254
-    constexpr Pixel operator()(Pixel d, Pixel s) const { return s != 0 ? mix(d, s, alpha) : d; }
+    constexpr Pixel operator()(Pixel d, Pixel s) const {
+        const auto drawn = s != 0 ? static_cast<Pixel>(~Pixel{0}) : Pixel{0};
+        return static_cast<Pixel>((mix(d, s, alpha) & drawn) | (d & ~drawn));
+    }
 };
 
 // Per-pixel alpha over black, a = byte 3 of S.  a = 0: D := 0.  a = 255: D := S.  Otherwise D :=
@@ -102,9 +110,9 @@ struct OverBlack {
 struct AlphaOver {
     constexpr std::uint32_t operator()(std::uint32_t d, std::uint32_t s) const {
         const std::uint32_t a = alpha_of(s);
-        const std::uint32_t is_opaque = a == 255 ? ~0u : 0;
-        const std::uint32_t is_clear = a == 0 ? ~0u : 0;
-        return mix_pixel(d, s, a - is_opaque) | (((d & is_clear) | is_opaque) & 0xff000000);
+        const std::uint32_t opaque = (a + 1) >> 8;  // 1 or 0
+        const std::uint32_t top = a == 0 ? d : 0 - opaque;
+        return mix_pixel(d, s, a + opaque) | (top & 0xff000000);
     }
 };
 

@@ -11,15 +11,14 @@ namespace {
 // A layer entry is drawn by the host among the sprites, and a sprite's routine may have stopped the scroll.
 template <class Pixel>
 std::int32_t draw_plane1() {
-    if (fit_to_draw(*pscroll)) draw_plane<Pixel>(1, Coverage::keyed, pscroll->alpha);
+    if (fit_to_draw(*pscroll)) draw_front_plane<Pixel, KeyedRules>();
     return 1;
 }
 
-// The scroll's alpha reaches the front plane only.
 template <class Pixel>
 std::int32_t draw_plane2() {
     const bool opaque = pscroll->mode == scroll_normal || pscroll->mode == scroll_layers;
-    draw_plane<Pixel>(2, opaque ? Coverage::opaque : Coverage::keyed, 255);
+    opaque ? draw_back_plane<Pixel, OpaqueRules>() : draw_back_plane<Pixel, KeyedRules>();
     return 1;
 }
 

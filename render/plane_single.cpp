@@ -5,23 +5,15 @@
 #include "scroll/scroll_table.h"
 
 namespace scroll2d {
-namespace {
-
-template <class Pixel>
-void draw_simple() {
-    draw_plane<Pixel>(1, Coverage::opaque, pscroll->alpha);
-}
-
-}  // namespace
 
 void draw_scroll_simple_8bits() {
-    draw_simple<std::uint8_t>();
+    draw_front_plane<std::uint8_t, OpaqueRules>();
 }
 void draw_scroll_simple_16bits() {
-    draw_simple<std::uint16_t>();
+    draw_front_plane<std::uint16_t, OpaqueRules>();
 }
 void draw_scroll_simple_32bits() {
-    draw_simple<std::uint32_t>();
+    draw_front_plane<std::uint32_t, OpaqueRules>();
 }
 
 }  // namespace scroll2d
