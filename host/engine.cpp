@@ -56,6 +56,7 @@ CallResult Engine::call(std::string_view name, std::span<const std::int32_t> arg
     if (!frame.returned) add_fault(function.name + " did not call ReturnInt");
     if (frame.returned && returned != frame.token())
         add_fault(function.name + " did not return what ReturnInt returned");
+    if (observer_ != nullptr) observer_->called(name, arguments, frame.value);
     const auto first = errors_.begin() + static_cast<std::ptrdiff_t>(std::min(errors_before, errors_.size()));
     return {frame.value, {first, errors_.end()}};
 }

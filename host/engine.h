@@ -34,6 +34,7 @@
 #include "host/error.h"
 #include "host/files.h"
 #include "host/memory.h"
+#include "host/observer.h"
 #include "host/patterned.h"
 #include "host/processes.h"
 #include "host/regions.h"
@@ -147,6 +148,9 @@ class Engine {
     // While suspended the module schedules no scroll.
     void set_suspended(bool suspended) { suspend_flag_ = suspended ? 1 : 0; }
 
+    // Who is told of every call and every drawing from now on; null: nobody. Must outlive its time here.
+    void observe(Observer* observer) { observer_ = observer; }
+
     // A new screen bitmap, region 0 laid over it, and the update hook. Errors: Error for a size out of range.
     void change_video_mode(const VideoMode& mode, const ModeChange& how = {});
 
@@ -209,6 +213,7 @@ class Engine {
     std::vector<std::string> registration_errors_;
     std::vector<ScriptError> errors_;
     std::vector<std::string> faults_;
+    Observer* observer_ = nullptr;
     CallFrame* call_ = nullptr;  // of the handler that runs
     bool registering_ = false;
     int registrar_calls_ = 0;  // word of the registrar's slot called last, plus 1

@@ -130,12 +130,15 @@ void Engine::draw_main_list() {
     blit_lists_.select(nullptr);
     BlitQueue& main = blit_lists_.main();
     main.sort();
+    if (observer_ != nullptr) observer_->sorted(main);
     const std::vector<__RVKBlit2D__*> order = main.entries();
     for (__RVKBlit2D__* entry : order) {
+        if (observer_ != nullptr) observer_->before_drawing(*entry);
         if (entry->draw != nullptr)
             entry->draw(entry);
         else
             add_fault("an entry of the main list has no draw routine");
+        if (observer_ != nullptr) observer_->after_drawing(*entry);
         if (&blit_lists_.current() == &main) continue;
         add_fault("a draw routine left the list '" + blit_lists_.current().name() + "' selected");
         blit_lists_.select(nullptr);

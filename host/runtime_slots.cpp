@@ -101,7 +101,9 @@ struct Engine::Slots {
 
     static __RVKBlit2D__* new_blit() noexcept { return current("NewBlit").add(); }
     static std::int32_t sort_list() noexcept {
-        current("SortBlitList").sort();
+        Engine& engine = enter("SortBlitList");
+        engine.blit_lists_.current().sort();
+        if (engine.observer_ != nullptr) engine.observer_->sorted(engine.blit_lists_.current());
         return 1;
     }
     static std::int32_t clear_list() noexcept {
