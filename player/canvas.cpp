@@ -6,6 +6,7 @@
 #include <imgui.h>
 
 #include <cstring>
+#include <map>
 #include <stdexcept>
 
 #include "player/pacer.h"
@@ -45,6 +46,7 @@ struct Canvas::Parts {
     Owned<SDL_Texture> screen;
     int screen_width = 0;
     int screen_height = 0;
+    std::map<int, Owned<SDL_Texture>> textures;
     Owned<ImGuiContext> panels;
 };
 
@@ -129,6 +131,27 @@ void Canvas::lay(const Picture& screen, const Area& at) {
                       screen.width * static_cast<int>(sizeof(Rgba)));
     const SDL_Rect target{at.x, at.y, at.width, at.height};
     SDL_RenderCopy(parts.renderer.get(), parts.screen.get(), nullptr, &target);
+}
+
+bool Canvas::has_texture(int number, int width, int height) const {
+    const auto found = parts_->textures.find(number);
+    int w = 0, h = 0;
+    return found != parts_->textures.end() &&
+           SDL_QueryTexture(found->second.get(), nullptr, nullptr, &w, &h) == 0 && w == width && h == height;
+}
+
+void Canvas::keep_texture(int number, const Picture& picture) {
+    Owned<SDL_Texture>& texture = parts_->textures[number];
+    if (!has_texture(number, picture.width, picture.height))
+        texture.reset(made(SDL_CreateTexture(parts_->renderer.get(), SDL_PIXELFORMAT_RGBA32,
+                                             SDL_TEXTUREACCESS_STATIC, picture.width, picture.height),
+                           "no texture"));
+    SDL_UpdateTexture(texture.get(), nullptr, picture.pixels.data(),
+                      picture.width * static_cast<int>(sizeof(Rgba)));
+}
+
+void* Canvas::texture(int number) const {
+    return parts_->textures.at(number).get();
 }
 
 void Canvas::finish() {

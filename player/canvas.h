@@ -38,6 +38,11 @@ class Canvas {
     void lay(const Picture& screen, const Area& at);
     void finish();
 
+    // Pictures for panels to show, by numbers of the caller's choice.
+    [[nodiscard]] bool has_texture(int number, int width, int height) const;
+    void keep_texture(int number, const Picture& picture);
+    [[nodiscard]] void* texture(int number) const;
+
     // What was drawn last, of a canvas in memory.
     [[nodiscard]] Picture picture() const;
 

@@ -1,8 +1,10 @@
 // scroll2d_player: plays a game script, in a window or without one. See docs/player-scripts.md.
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <exception>
 
+#include "player/inspector/inspector.h"
 #include "player/options.h"
 #include "player/output.h"
 #include "player/session.h"
@@ -34,14 +36,22 @@ void finish(const Outputs& outputs) {
     for (const auto& output : outputs) output->finish();
 }
 
-void play_frames(Session& session, int frames, const Outputs& outputs) {
+void play_frames(Session& session, const Options& options, const Outputs& outputs) {
+    const int frames = options.frames.value_or(frames_without_window);
     Progress progress(frames);
+    std::optional<InspectedPictures> inspected;
+    if (options.inspect) inspected.emplace(session.game.engine, options.scale == 1 ? 0 : options.scale);
     for (bool last = false; !last;) {
         session.play_frame();
         last = session.over(frames);
         const int frame = session.game.frames_drawn;
-        for (const auto& output : outputs)
-            if (output->wants(frame, last)) output->take(Picture(session.game.engine.screenshot()), frame);
+        const auto wanted = [&](const auto& output) { return output->wants(frame, last); };
+        if (inspected || std::any_of(outputs.begin(), outputs.end(), wanted)) {
+            Picture picture(session.game.engine.screenshot());
+            if (inspected) picture = inspected->take(picture);
+            for (const auto& output : outputs)
+                if (wanted(output)) output->take(picture, frame);
+        }
         progress.show(frame);
     }
 }
@@ -50,7 +60,7 @@ int play(const Options& options) {
     Session session(options);
     const Outputs outputs = make_outputs(options);
     try {
-        play_frames(session, options.frames.value_or(frames_without_window), outputs);
+        play_frames(session, options, outputs);
     } catch (...) {
         // The pictures up to the error are what one wants to look at.
         finish(outputs);
@@ -86,6 +96,7 @@ int main(int argc, char** argv) {
     try {
         if (options->window)
             if (const auto window = open_window(*options)) return play_in(*window, *options);
+        options->window = false;
         const std::vector<std::string> left = choose_places(*options);
         exit_status = play(*options);
         for (const std::string& line : left) std::printf("%s\n", line.c_str());

@@ -79,6 +79,8 @@ std::optional<Options> parse_options(int argc, char** argv, int& exit_status) {
     app.add_option(
         "--record", options.film,
         "Write a film: FILE.png (animated), or FILE.gif, FILE.mp4, FILE.webm if ffmpeg is installed");
+    app.add_flag("--inspect", options.inspect,
+                 "Show the inspector, in shots and films as well as in the window");
     app.add_option("--scale", options.scale, "Enlarge shots and films N times")
         ->capture_default_str()
         ->check(CLI::Range(1, 16));

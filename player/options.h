@@ -19,9 +19,10 @@ struct Options {
     int width = 640;            // first video mode, pixels
     int height = 480;
     int bits_per_pixel = 32;
-    int scale = 1;        // shots and films are enlarged so many times
-    unsigned seed = 1;    // of math.random
-    bool window = false;  // play in a window
+    int scale = 1;         // shots and films are enlarged so many times
+    unsigned seed = 1;     // of math.random
+    bool window = false;   // play in a window
+    bool inspect = false;  // with the inspector
     std::string
         out;  // where a run without a window leaves shots and sheet when no place was named; empty: nowhere
 };

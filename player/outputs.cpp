@@ -16,7 +16,10 @@ void remove_shots(const fs::path& folder) {
 
 }  // namespace
 
-std::vector<std::unique_ptr<Output>> make_outputs(const Options& options) {
+std::vector<std::unique_ptr<Output>> make_outputs(const Options& asked) {
+    Options options = asked;
+    // The inspector enlarges the game itself, and its own text not at all.
+    if (options.inspect && !options.window) options.scale = 1;
     std::vector<std::unique_ptr<Output>> outputs;
     if (!options.shots_folder.empty() || !options.sheet.empty()) outputs.push_back(make_shots(options));
     if (!options.film.empty()) outputs.push_back(make_recorder(options.film, options.scale));

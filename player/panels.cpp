@@ -54,7 +54,7 @@ void show_error(const std::string& message) {
 }
 
 void show_note(const std::string& text) {
-    ImGui::SetNextWindowPos({0, 0});
+    ImGui::SetNextWindowPos({ImGui::GetIO().DisplaySize.x / 2, 0}, ImGuiCond_Always, {0.5F, 0});
     ImGui::SetNextWindowBgAlpha(0.8F);
     ImGui::Begin("note", nullptr, plain | ImGuiWindowFlags_AlwaysAutoResize | ImGuiWindowFlags_NoInputs);
     ImGui::TextUnformatted(text.c_str());

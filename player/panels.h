@@ -10,7 +10,7 @@ namespace player {
 void show_keys();
 // An error that stopped the script, with how to go on.
 void show_error(const std::string& message);
-// One line in the top left corner.
+// One line at the top.
 void show_note(const std::string& text);
 
 }  // namespace player

@@ -16,14 +16,19 @@ namespace {
 constexpr double seconds_between_looks = 0.5;  // at the files of the game
 
 // As large as fits well on the desktop, the game's pixels as whole squares.
-Area fitting_size(int display, int width, int height) {
+Area fitting_size(int display, int width, int height, bool inspecting) {
     SDL_Rect room{};
     if (SDL_GetDisplayUsableBounds(display, &room) != 0) return {0, 0, width, height};
-    return place_screen(width, height, {0, 0, room.w * 9 / 10, room.h * 9 / 10}).at;
+    const Area most{0, 0, room.w * 9 / 10, room.h * 9 / 10};
+    if (!inspecting) return place_screen(width, height, most).at;
+    const Area panels = inspected_size(width, height, 1);
+    const Placement placed = place_screen(
+        width, height, {0, 0, most.width - panels.width + width, most.height - panels.height + height});
+    return placed.shrunk ? most : inspected_size(width, height, placed.scale);
 }
 
 SDL_Window* open_window(const Options& options) {
-    const Area size = fitting_size(0, options.width, options.height);
+    const Area size = fitting_size(0, options.width, options.height, options.inspect);
     SDL_Window* window = SDL_CreateWindow("", SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, size.width,
                                           size.height, SDL_WINDOW_RESIZABLE);
     if (!window) throw std::runtime_error(std::string("no window can be opened: ") + SDL_GetError());
@@ -39,7 +44,6 @@ double seconds_now() {
 // There is no sound, so SDL's audio is never touched.
 Window::Sdl::Sdl() {
     SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
-    SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");  // Ctrl+C in the terminal ends the player at once, as ever
     if (SDL_Init(SDL_INIT_VIDEO | SDL_INIT_GAMECONTROLLER) != 0)
         throw std::runtime_error(std::string("no window can be opened: ") + SDL_GetError());
     // Without a display SDL falls back to drivers that show nothing. Whoever wants one of those says so.
@@ -59,6 +63,7 @@ void Window::Destroy::operator()(SDL_Window* window) const {
 }
 
 Window::Window(const Options& options) : options_(options), window_(open_window(options)) {
+    inspecting_ = options.inspect;
     canvas_.emplace(window_.get());
     pacer_ = Pacer(canvas_->locked());
     load();
@@ -73,18 +78,32 @@ void Window::take_events() {
     while (SDL_PollEvent(&event)) {
         canvas_->tell(event);
         if (event.type == SDL_QUIT) closing_ = true;
-        const bool key = event.type == SDL_KEYDOWN || event.type == SDL_KEYUP;
-        if (key && is_command_key(event.key))
-            obey(command_of(event.key));
-        else if (!key || event.type == SDL_KEYUP || !canvas_->takes_keyboard())
+        if (event.type == SDL_KEYDOWN)
+            take_key(event);
+        else
             devices_.take_event(event);
+    }
+}
+
+// Releases always reach the devices: a key that went down as one of the game's may come up with Alt held.
+void Window::take_key(const SDL_Event& event) {
+    const bool typing = canvas_->takes_keyboard();  // then Escape and Enter end the typing
+    const Command command = command_of(event.key);
+    if (is_command_key(event.key)) {
+        if (!typing || command != Command::close) obey(command);
+    } else if (!typing) {
+        devices_.take_event(event);
     }
 }
 
 void Window::obey(Command command) {
     switch (command) {
         case Command::none:
+            return;
         case Command::inspector:
+            inspecting_ = !inspecting_;
+            if (inspector_) inspector_->look();
+            fit_window();
             return;
         case Command::help:
             keys_shown_ = !keys_shown_;
@@ -116,12 +135,14 @@ void Window::toggle_full_screen() {
 
 void Window::load() {
     // The old game first: there is room for one engine only.
+    inspector_.reset();
     session_.reset();
     changed_file_.reset();
     script_only_ = {};
     script_only_.note(options_.script);
     try {
         session_ = std::make_unique<Session>(options_);
+        inspector_.emplace(session_->game.engine, seconds_now);
         transport_.loaded();
     } catch (const std::exception& error) {
         transport_.fail(error.what());
@@ -135,6 +156,7 @@ void Window::play_frame() {
         const int old_width = screen_.width, old_height = screen_.height;
         screen_ = Picture(session_->game.engine.screenshot());
         if (screen_.width != old_width || screen_.height != old_height) fit_window();
+        if (inspecting_) inspector_->look();
     } catch (const std::exception& error) {
         transport_.fail(error.what());
         return;
@@ -148,12 +170,13 @@ void Window::play_frame() {
     exit_status_ = session_->game.exit_status;
 }
 
-// After a change of video mode. A window that its user has made full or maximal stays.
+// After a change of video mode, or of what is shown. A window that its user has made full or maximal stays.
 void Window::fit_window() {
     SDL_Window* window = window_.get();
+    if (screen_.pixels.empty()) return;
     if ((SDL_GetWindowFlags(window) & (SDL_WINDOW_FULLSCREEN_DESKTOP | SDL_WINDOW_MAXIMIZED)) != 0) return;
     const int display = std::max(0, SDL_GetWindowDisplayIndex(window));
-    const Area size = fitting_size(display, screen_.width, screen_.height);
+    const Area size = fitting_size(display, screen_.width, screen_.height, inspecting_);
     SDL_SetWindowSize(window, size.width, size.height);
     const int middle = static_cast<int>(SDL_WINDOWPOS_CENTERED_DISPLAY(static_cast<unsigned>(display)));
     SDL_SetWindowPosition(window, middle, middle);
@@ -183,7 +206,9 @@ void Window::write_title() {
 
 void Window::show() {
     canvas_->begin();
-    if (!screen_.pixels.empty())
+    if (inspecting_ && inspector_)
+        inspector_->draw(*canvas_, screen_);
+    else if (!screen_.pixels.empty())
         canvas_->lay(
             screen_,
             place_screen(screen_.width, screen_.height, {0, 0, canvas_->width(), canvas_->height()}).at);

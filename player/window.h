@@ -9,6 +9,7 @@
 #include "player/canvas.h"
 #include "player/commands.h"
 #include "player/devices.h"
+#include "player/inspector/inspector.h"
 #include "player/output.h"
 #include "player/pacer.h"
 #include "player/session.h"
@@ -42,6 +43,7 @@ class Window {
     [[nodiscard]] Session* session() { return session_.get(); }  // null: the script could not be loaded
     [[nodiscard]] const std::string& title() const { return title_; }
     [[nodiscard]] bool shows_keys() const { return keys_shown_; }
+    [[nodiscard]] bool inspects() const { return inspecting_; }
     [[nodiscard]] int exit_status() const { return exit_status_; }
 
   private:
@@ -54,6 +56,7 @@ class Window {
     };
 
     void take_events();
+    void take_key(const SDL_Event& event);
     void obey(Command command);
     void load();
     void play_frame();
@@ -72,6 +75,8 @@ class Window {
     Devices devices_;
     Transport transport_;
     std::unique_ptr<Session> session_;
+    std::optional<Inspector> inspector_;  // of the session, shown or not
+    bool inspecting_ = false;
     Picture screen_;         // what the game drew last; stays when the game is gone
     FileWatch script_only_;  // what to watch while no session does
     std::optional<std::string> changed_file_;

@@ -19,11 +19,13 @@ import gallery_png  # noqa: E402
 
 # Plays a "script" by copying the picture that lies in STORE for its name and depth, for every frame asked for.
 PLAYER = """#!/usr/bin/env bash
-while (($# > 1)); do declare "${1#--}=$2"; shift 2; done
+while (($# > 1)); do
+    if [[ $1 == --inspect ]]; then look=.inspected; shift; else declare "${1#--}=$2"; shift 2; fi
+done
 grep -q broken "$1" && { echo "it broke" >&2; exit 1; }
 mkdir -p "$shots"
 for ((frame = every; frame <= frames; frame += every)); do
-    cp STORE/$(basename "$1" .lua).$bpp.png "$shots/$(printf frame_%05d.png $frame)"
+    cp STORE/$(basename "$1" .lua).$bpp$look.png "$shots/$(printf frame_%05d.png $frame)"
 done
 """
 
@@ -89,10 +91,11 @@ class Gallery(unittest.TestCase):
         self.player.write_text(PLAYER.replace("STORE", str(self.store)))
         self.player.chmod(0o755)
         self.script("wood.lua", "-- A wood.\n-- picture: frame 6\n")
-        self.script("guide/view.lua", "-- picture: whole, frame 10\n-- picture: poor, frame 15, 16 bits\n")
+        self.script("guide/view.lua", "-- picture: whole, frame 10\n-- picture: poor, frame 15, 16 bits\n"
+                    "-- picture: seen, frame 10, inspected\n")
         random.seed(2)
         self.pixels = random.randbytes(3 * 8 * 5)
-        for name in ("wood.8", "wood.16", "wood.32", "view.16", "view.32"):
+        for name in ("wood.8", "wood.16", "wood.32", "view.16", "view.32", "view.32.inspected"):
             encode(self.store / f"{name}.png", 8, 5, 2, self.pixels)
 
     def script(self, name, text):
@@ -111,7 +114,7 @@ class Gallery(unittest.TestCase):
         self.run_gallery("renew", 0)
         made = {str(path.relative_to(self.demos)) for path in self.demos.rglob("*.png")}
         self.assertEqual(made, {"wood.png", "golden/wood.8.png", "golden/wood.16.png",
-                                "guide/view_whole.png", "guide/view_poor.png"})
+                                "guide/view_whole.png", "guide/view_poor.png", "guide/view_seen.png"})
         self.run_gallery("check", 0)
         self.assertEqual(self.run_gallery("renew", 0), "")
 

@@ -6,7 +6,7 @@ import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 DOCS, DEMOS = ROOT / "docs", ROOT / "demos"
-GUIDE, GALLERY = DOCS / "script-authors.md", DOCS / "gallery.md"
+GUIDE, GALLERY, PLAYER = DOCS / "script-authors.md", DOCS / "gallery.md", DOCS / "player-scripts.md"
 
 
 def pictures(page):
@@ -17,16 +17,20 @@ def anchor(heading):
     return re.sub(r"[^\w -]", "", heading.lower()).replace(" ", "-")
 
 
+def anchors(page):
+    return {anchor(heading) for heading in re.findall(r"^#+ (.*)$", page.read_text(), re.MULTILINE)}
+
+
 class Pages(unittest.TestCase):
     def test_links_lead_somewhere(self):
-        for page in (GUIDE, GALLERY):
+        for page in (GUIDE, GALLERY, PLAYER):
             text = page.read_text()
-            anchors = {anchor(heading) for heading in re.findall(r"^#+ (.*)$", text, re.MULTILINE)}
             for target in re.findall(r"\]\(([^)]+)\)", text):
-                if target.startswith("#"):
-                    self.assertIn(target[1:], anchors, page)
-                else:
-                    self.assertTrue((page.parent / target).exists(), f"{page}: {target}")
+                name, _, heading = target.partition("#")
+                other = page.parent / name if name else page
+                self.assertTrue(other.exists(), f"{page}: {target}")
+                if heading:
+                    self.assertIn(heading, anchors(other), f"{page}: {target}")
             for script in re.findall(r"demos/[\w/]+\.lua", text):
                 self.assertTrue((ROOT / script).exists(), f"{page}: {script}")
 

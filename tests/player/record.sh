@@ -45,6 +45,10 @@ if (($#)); then
 fi
 twice png
 record d.png --scale 2 && ! cmp -s "$scratch/a.png" "$scratch/d.png" || fail "enlarged film"
+# With the inspector: the same bytes as well, another picture.
+record f.png --inspect --scale 2 && record g.png --inspect --scale 2 && cmp "$scratch/f.png" "$scratch/g.png" \
+    || fail "two inspected runs differ"
+if cmp -s "$scratch/d.png" "$scratch/f.png"; then fail "the inspector does not show"; fi
 refused film.avi 'film.avi: films end with .png \(animated\), .gif, .mp4 or .webm'
 refused film 'films end with'
 refused nowhere/film.png 'nowhere/film.png: the file cannot be written'

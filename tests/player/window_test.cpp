@@ -81,14 +81,27 @@ TEST_CASE("the script reads the keyboard, and the window's own keys do not reach
     played.push(SDLK_RIGHT, true);
     for (int i = 0; i < 5; ++i) played.turn();
     CHECK(count() == before + 6);
-    played.tap(SDLK_F3);
-    played.tap(SDLK_F3);
-    played.tap(SDLK_RETURN, KMOD_LALT);
-    played.tap(SDLK_F1);
+    played.push(SDLK_RIGHT, false);
+    played.turn();
+    played.push(SDLK_RETURN, true, KMOD_LALT);
+    played.push(SDLK_RETURN, false);
+    for (const SDL_Keycode key : {SDLK_F3, SDLK_F3, SDLK_F1}) played.tap(key);
     played.turn();
     CHECK(played.window().transport().error().empty());
     CHECK(played.window().shows_keys());
-    CHECK(played.frames() == 9);
+    CHECK(count() == before + 6);
+    CHECK(played.frames() == 10);
+}
+
+TEST_CASE("a key that comes up with Alt held is up") {
+    Played played("frame() assert(key('enter')) frame() assert(not key('enter')) quit(3)");
+    played.push(SDLK_RETURN, true);
+    played.turn();
+    played.turn();
+    played.push(SDLK_RETURN, false, KMOD_LALT);
+    while (played.turn()) {
+    }
+    CHECK(played.window().exit_status() == 3);
 }
 
 TEST_CASE("pause and single steps") {
@@ -172,4 +185,38 @@ TEST_CASE("a game that changes the video mode is shown at each depth") {
         CHECK(played.window().transport().error() == "");
         CHECK(played.frames() == 10);
     }
+}
+
+TEST_CASE("the inspector comes and goes at any moment of a game, and of its errors") {
+    Played played(R"(
+        new_map(1, 10, 200, 100, "#336699")
+        new_map(1, 20, 4, 4, "#ffffff")
+        define_region(1, 5, 5, 40, 30)
+        local hero = process{ctype = c_scroll, file = 1, graph = 20, x = 50, y = 50}
+        scroll_start(0, 1, 10, 10, 1, 5)
+        scroll[0].camera = hero
+        for i = 1, 40 do
+            hero.x = hero.x + 5
+            if i == 10 then set_mode(100, 80, 16) end
+            if i == 15 then kill(hero) end
+            if i == 20 then scroll_stop(0) end
+            if i == 25 then unload_map(1, 10) end
+            frame()
+        end
+        error("the end"))");
+    played.tap(SDLK_F2);
+    REQUIRE(played.turn());
+    CHECK(played.window().inspects());
+    for (int i = 0; i < 60; ++i) {
+        if (i % 7 == 0) played.tap(SDLK_F2);
+        if (i % 11 == 0) played.tap(SDLK_F4);
+        if (i % 11 == 5) played.tap(SDLK_F3);
+        REQUIRE(played.turn());
+    }
+    played.write("syntax error");
+    for (int i = 0; i < 4; ++i) {
+        played.tap(i == 1 ? SDLK_F5 : SDLK_F2);
+        REQUIRE(played.turn());
+    }
+    CHECK(played.window().session() == nullptr);
 }

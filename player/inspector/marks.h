@@ -1,0 +1,71 @@
+// Marks of the inspector: what each colour means, and lines that lie exactly on pixels.
+#pragma once
+
+#include <imgui.h>
+
+#include <string>
+
+#include "player/inspector/survey.h"
+#include "player/placement.h"
+#include "player/style.h"
+
+namespace player {
+
+// The kinds of marks, each with its colour; whoever looks may hide each.
+enum class Mark { view, region1, region2, camera, map_edge, clip, sprite };
+
+struct MarkKind {
+    Mark mark;
+    const char* name;
+    const char* meaning;
+    Rgba colour;
+};
+inline constexpr MarkKind mark_kinds[] = {
+    {Mark::view, "view", "what a scroll covers of the screen", {244, 246, 250, 255}},
+    {Mark::region1, "region1", "inside it the camera moves freely", {255, 206, 92, 255}},
+    {Mark::region2, "region2", "the camera never leaves it", {92, 178, 255, 255}},
+    {Mark::camera, "camera", "and its distance to the edges, in pixels", {112, 255, 136, 255}},
+    {Mark::map_edge, "map edge", "the scroll can go no further", {255, 84, 84, 255}},
+    {Mark::clip, "clip", "a sprite's own region", {222, 130, 255, 255}},
+    {Mark::sprite, "sprite", "box of its picture", {150, 176, 204, 255}},
+};
+inline Rgba colour_of(Mark mark) {
+    return mark_kinds[static_cast<int>(mark)].colour;
+}
+
+// The sides of a map at which it repeats.
+inline constexpr Rgba repeating{120, 220, 205, 255};
+
+// Which marks are shown.
+struct Shown {
+    bool kinds[std::size(mark_kinds)] = {true, true, true, true, true, true, true};
+    [[nodiscard]] bool operator()(Mark mark) const { return kinds[static_cast<int>(mark)]; }
+};
+
+// A rectangle of the game as one of the picture, exact to the pixel where the game is enlarged by a whole
+// number.
+class Projection {
+  public:
+    Projection(const Area& at, std::int64_t width, std::int64_t height)
+        : at_(at), width_(width), height_(height) {}
+
+    [[nodiscard]] Area operator()(const Rect& rect) const;
+    [[nodiscard]] Area of(const Point& point) const { return (*this)(Rect{point.x, point.y, 1, 1}); }
+    [[nodiscard]] const Area& room() const { return at_; }
+
+  private:
+    Area at_;
+    std::int64_t width_;
+    std::int64_t height_;
+};
+
+void fill(ImDrawList& list, const Area& area, ImU32 colour);
+// Along the inside of the edges, `thickness` pixels.
+void outline(ImDrawList& list, const Area& area, int thickness, ImU32 colour);
+// A thin area as a dashed line along its longer side.
+void dashes(ImDrawList& list, const Area& line, ImU32 colour);
+// Small text on a dark ground, its top left corner at (x, y) but moved so that it stays within `room`.
+void tag(ImDrawList& list, int x, int y, const std::string& text, Rgba colour, const Area& room);
+void clip_to(ImDrawList& list, const Area& area);
+
+}  // namespace player

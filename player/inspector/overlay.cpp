@@ -1,0 +1,149 @@
+// The marks that lie over the running game.
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "player/inspector/parts.h"
+
+namespace player {
+namespace {
+
+std::string text_of(std::int64_t value) {
+    return std::to_string(value);
+}
+
+class Overlay {
+  public:
+    Overlay(ImDrawList& list, const Projection& to_picture, int thickness, const Shown& shown)
+        : list_(list), to_picture_(to_picture), thickness_(thickness), shown_(shown) {}
+
+    void draw(const ScrollSurvey& scroll) {
+        draw_sprites(scroll.sprites, scroll.view);
+        if (shown_(Mark::view))
+            outline(list_, to_picture_(scroll.view), thickness_, packed(colour_of(Mark::view)));
+        if (shown_(Mark::map_edge)) draw_map_edges(scroll);
+        if (!scroll.camera) return;
+        if (scroll.region2 && shown_(Mark::region2))
+            draw_named(scroll.region2->rect, Mark::region2, "region2 = " + text_of(scroll.region2->number));
+        if (scroll.region1 && shown_(Mark::region1))
+            draw_named(scroll.region1->rect, Mark::region1, "region1 = " + text_of(scroll.region1->number));
+        if (scroll.camera->alive && shown_(Mark::camera)) draw_camera(scroll);
+    }
+
+    // No sprite shows outside its view, nor does its box.
+    void draw_sprites(const std::vector<SpriteSurvey>& sprites, const Rect& view) {
+        clip_to(list_, to_picture_(view));
+        for (const SpriteSurvey& sprite : sprites) draw_sprite(sprite, view);
+        list_.PopClipRect();
+    }
+
+    void name_view(const Rect& view, const std::string& name) {
+        if (!shown_(Mark::view)) return;
+        const Area area = to_picture_(view);
+        tag(list_, area.x + thickness_, area.y + thickness_, name, colour_of(Mark::view), to_picture_.room());
+    }
+
+  private:
+    void draw_sprite(const SpriteSurvey& sprite, const Rect& view) {
+        Rgba faded = colour_of(Mark::sprite);
+        faded.a = 150;
+        // Pictures of the view's own size, such as frames and captions, would only be a second edge.
+        if (shown_(Mark::sprite) && common(sprite.box, view) != view)
+            outline(list_, to_picture_(sprite.box), 1, packed(faded));
+        if (shown_(Mark::clip) && sprite.clip)
+            outline(list_, to_picture_(*sprite.clip), thickness_, packed(colour_of(Mark::clip)));
+    }
+
+    void draw_named(const Rect& rect, Mark mark, const std::string& name) {
+        if (rect.empty()) return;
+        const Area area = to_picture_(rect);
+        outline(list_, area, thickness_, packed(colour_of(mark)));
+        tag(list_, area.x + thickness_, area.y + thickness_, name, colour_of(mark), to_picture_.room());
+    }
+
+    void draw_map_edges(const ScrollSurvey& scroll) {
+        if (scroll.planes.empty() || scroll.view.empty()) return;
+        const Sides sides = stopped_sides(scroll.planes.front(), scroll.view.width, scroll.view.height);
+        const Area view = to_picture_(scroll.view);
+        const int bar = 2 * thickness_ + 2;
+        const ImU32 colour = packed(colour_of(Mark::map_edge));
+        if (sides & left_side) fill(list_, {view.x, view.y, bar, view.height}, colour);
+        if (sides & right_side) fill(list_, {view.x + view.width - bar, view.y, bar, view.height}, colour);
+        if (sides & top_side) fill(list_, {view.x, view.y, view.width, bar}, colour);
+        if (sides & bottom_side) fill(list_, {view.x, view.y + view.height - bar, view.width, bar}, colour);
+    }
+
+    // The point, and lines with figures to the edges of the region that it moves in: the inner one, else the
+    // outer one, else the view.
+    void draw_camera(const ScrollSurvey& scroll) {
+        const Rect& room = scroll.region1   ? scroll.region1->rect
+                           : scroll.region2 ? scroll.region2->rect
+                                            : scroll.view;
+        const Point point = scroll.camera->on_destination;
+        const Area at = to_picture_.of(point);
+        const ImU32 colour = packed(colour_of(Mark::camera));
+        if (!room.empty()) {
+            const Area edges = to_picture_(room);
+            const Distances far = distances(point, room);
+            const int middle_x = at.x + at.width / 2, middle_y = at.y + at.height / 2;
+            line_across(edges.x, at.x, middle_y, far.left);
+            line_across(at.x + at.width, edges.x + edges.width, middle_y, far.right);
+            line_down(edges.y, at.y, middle_x, far.top);
+            line_down(at.y + at.height, edges.y + edges.height, middle_x, far.bottom);
+        }
+        const int arm = 4 + 2 * thickness_;
+        outline(list_, {at.x - arm, at.y - arm, at.width + 2 * arm, at.height + 2 * arm}, thickness_, colour);
+        fill(list_, at, colour);
+    }
+
+    // Dashes, since the line is a measure and no edge.
+    void line_across(int from, int to, int y, std::int64_t distance) {
+        for (int x = std::min(from, to); x < std::max(from, to); x += 6)
+            fill(list_, {x, y, 3, 1}, packed(colour_of(Mark::camera)));
+        figure((from + to) / 2, y, distance);
+    }
+    void line_down(int from, int to, int x, std::int64_t distance) {
+        for (int y = std::min(from, to); y < std::max(from, to); y += 6)
+            fill(list_, {x, y, 1, 3}, packed(colour_of(Mark::camera)));
+        figure(x, (from + to) / 2, distance);
+    }
+    void figure(int x, int y, std::int64_t distance) {
+        const std::string text = text_of(distance);
+        const ImVec2 size = ImGui::CalcTextSize(text.c_str());
+        tag(list_, x - static_cast<int>(size.x) / 2 - 3, y - static_cast<int>(size.y) / 2 - 1, text,
+            colour_of(Mark::camera), to_picture_.room());
+    }
+
+    ImDrawList& list_;
+    const Projection& to_picture_;
+    int thickness_;
+    const Shown& shown_;
+};
+
+}  // namespace
+
+void draw_overlay(const Survey& survey, const Placement& placed, const Shown& shown) {
+    ImDrawList& list = *ImGui::GetBackgroundDrawList();
+    const Projection to_picture(placed.at, survey.screen_width, survey.screen_height);
+    const int thickness = std::max(1, (placed.scale + 1) / 2);
+    Overlay overlay(list, to_picture, thickness, shown);
+    clip_to(list, placed.at);
+    overlay.draw_sprites(survey.screen_sprites, {0, 0, survey.screen_width, survey.screen_height});
+    // Scrolls that lie upon each other share one name tag.
+    std::vector<std::pair<Rect, std::string>> names;
+    for (const ScrollSurvey& scroll : survey.scrolls) {
+        if (!scroll.on_screen || !scroll.visible || scroll.view.empty()) continue;
+        overlay.draw(scroll);
+        const auto same = std::find_if(names.begin(), names.end(),
+                                       [&](const auto& named) { return named.first == scroll.view; });
+        if (same == names.end())
+            names.emplace_back(scroll.view, "scroll " + text_of(scroll.number));
+        else
+            same->second += ", " + text_of(scroll.number);
+    }
+    for (const auto& [view, name] : names) overlay.name_view(view, name);
+    list.PopClipRect();
+}
+
+}  // namespace player

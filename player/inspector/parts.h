@@ -1,0 +1,30 @@
+// The parts of the inspector, drawn into the present frame of ImGui.
+#pragma once
+
+#include "host/engine.h"
+#include "player/canvas.h"
+#include "player/inspector/layout.h"
+#include "player/inspector/marks.h"
+#include "player/inspector/surveyor.h"
+
+namespace player {
+
+// overlay.cpp: views, regions, cameras, edges and sprites over the game.
+void draw_overlay(const Survey& survey, const Placement& placed, const Shown& shown);
+
+// legend.cpp: what the colours mean; a click hides or shows a kind of mark.
+void draw_legend(const Area& area, Shown& shown);
+
+// minimaps.cpp: the map of each plane, what the view shows of it, where it repeats and where it ends.
+// `renew`: look at the maps' pixels again, which costs a little.
+void draw_minimaps(const Area& area, const Survey& survey, host::Engine& engine, Canvas& canvas, bool renew);
+
+// side.cpp: figures, fields and times of each scroll. A field that is changed by hand is changed in the
+// script's data.
+void draw_side(const Area& area, const Survey& survey, host::Engine& engine, const Surveyor& surveyor,
+               bool timed);
+
+// A window of ImGui without decoration that fills an area.
+void begin_part(const char* name, const Area& area);
+
+}  // namespace player
