@@ -10,7 +10,7 @@
 namespace bench {
 namespace {
 
-// The model as the system tells it, and the vector unit whose build of the drawing routines the loader picks.
+// The model as the system tells it, and the vector unit whose loops the module takes.
 void print_processor() {
     std::ifstream file("/proc/cpuinfo");
     std::string line, model = "unknown processor";

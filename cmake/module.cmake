@@ -46,6 +46,10 @@ if(NOT SCROLL2D_SANITIZE)
         -ffunction-sections -fdata-sections)
 endif()
 
+# The loops over rows stay one: without these GCC makes copies of them for the rows before and after the wrap.
+set_source_files_properties(render/plane_single.cpp render/plane_layer.cpp render/plane_parallax.cpp PROPERTIES
+    COMPILE_OPTIONS "$<$<CXX_COMPILER_ID:GNU>:-fno-unswitch-loops;-fno-split-loops>")
+
 add_library(RVK_mod_scroll2D MODULE $<TARGET_OBJECTS:scroll2d_objects>)
 set_target_properties(RVK_mod_scroll2D PROPERTIES
     PREFIX ""
