@@ -170,26 +170,9 @@ TEST_CASE("a failing allocation is reported once, leaks nothing and leaves a scr
     }
 }
 
-TEST_CASE("a start that finds no memory fails; what ran before is stopped, and its planes are forgotten") {
-    for (const std::int32_t nth : {1, 2}) {
-        MemoryFixture f;
-        start_two(f);
-        f.memory.fail(nth, false);
-        CHECK(f.call("scroll_start", {0, kFile, 2, 1, 1, 0}) == host::kFailure);
-        CHECK_FALSE(f.running(0));
-        CHECK_FALSE(f.draw());
-        f.errors();
-        // One plane then: nothing of the second may look present.
-        f.start(0, 1, 0, 1);
-        CHECK(f.memory.live.size() == 1);
-        CHECK(f.call("scroll_refresh", {0}) == 1);
-        CHECK(f.call("scroll_set_destination", {0, kFile, 7, -1}) == 1);
-        CHECK(f.memory.live.size() == 1);
-        CHECK(f.draw());
-    }
-}
-
-TEST_CASE("without memory a draw keeps the old view and buffers, and tries again at every frame") {
+TEST_CASE(
+    "without memory a draw keeps view and buffers, tries again at every frame, and tells each shortage "
+    "once") {
     MemoryFixture f;
     start_two(f);
     const std::map<void*, std::size_t> before = f.memory.live;
@@ -203,69 +186,13 @@ TEST_CASE("without memory a draw keeps the old view and buffers, and tries again
             CHECK((f.memory.live == before));
             CHECK(f.scheduled(0) == kSmall);
         }
+        CHECK(f.errors() ==
+              std::vector{no_memory("RVK_mod_scroll2D", nth == 1 ? f.buffer_bytes(kLarge) : 0)});
         CHECK(Fixture::shows(f.engine.screen(), {0, -1, 0, -1}, f.engine.screen(), {0, 0}, 9));
-        CHECK(f.move({30, 30}) == Position{30, 30});
-        f.region(kSmall);
+        CHECK(f.move({30 + nth, 30}) == Position{30 + nth, 30});
+        f.region(kSmall);  // good frames, so that the next shortage is told again
         CHECK(f.draw());
-        CHECK(f.shows(kSmall, *f.engine.files().find_map(kFile, 1), {30, 30}));
-        f.errors();
-    }
-}
-
-TEST_CASE("a second shortage after good frames is told again") {
-    MemoryFixture f;
-    start_two(f);
-    for (int turn = 0; turn < 2; ++turn) {
-        f.region(kLarge);
-        f.memory.fail(1, true);
-        CHECK_FALSE(f.draw());
-        CHECK_FALSE(f.draw());
-        CHECK(f.errors() == std::vector{no_memory("RVK_mod_scroll2D", f.buffer_bytes(kLarge))});
-        f.region(kSmall);
-        CHECK(f.draw());
-    }
-}
-
-TEST_CASE(
-    "re-aiming all scrolls stops at the first that gets no memory: those before it are aimed, the rest are "
-    "not") {
-    // Scrolls 2 and 6 run with two planes each: allocations 1 and 2, 3 and 4.
-    for (int nth = 1; nth <= 4; ++nth) {
-        for (const bool for_good : {false, true}) {
-            CAPTURE(nth);
-            MemoryFixture f;
-            for (const std::int32_t num : {2, 6}) f.start(num, 1, 2, 1);
-            f.memory.fail(nth, for_good);
-            CHECK(f.call("scroll_set_destination", {-1, kFile, 7, -1}) == host::kFailure);
-            CHECK(f.errors() == std::vector{*aim_error(f, nth)});
-            CHECK(f.memory.live.size() == 4);
-            const std::int32_t failed = nth <= 2 ? 2 : 6;
-            f.memory.heal();
-            for (std::int32_t num = 0; num < 10; ++num) {
-                if (num != 2 && num != 6) f.start(num, 1, 2, -1);
-                const Rect canvas{0, 49, 0, 39};
-                const bool idle = num != 2 && num != 6;
-                CAPTURE(num);
-                CHECK(f.scheduled(num) == (num < failed ? canvas : idle ? kWholeScreen : kSmall));
-                CHECK(f.draw(num));
-            }
-        }
-    }
-}
-
-TEST_CASE("frames of an unchanged view allocate nothing, whatever moves") {
-    for (const std::int32_t bits : {8, 16, 32}) {
-        MemoryFixture f(bits);
-        start_two(f);
-        f.start(1, 1, 0, -1, 3, 1);
-        f.memory.heal();
-        for (std::int32_t i = 0; i < 50; ++i) {
-            f.aim_script(1, {i * i % 90, i}, 0);
-            f.aim_script(1, {-i * 7, i * i}, 1);
-            f.region({8 + i % 3, 39 + i % 3, 4, 27});
-            f.engine.frame();
-        }
-        CHECK(f.memory.made == 0);
+        CHECK(f.shows(kSmall, *f.engine.files().find_map(kFile, 1), {30 + nth, 30}));
     }
 }
 

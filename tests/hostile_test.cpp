@@ -200,32 +200,6 @@ TEST_CASE("regions beyond the host's table are no regions, wherever their number
     });
 }
 
-TEST_CASE("any alpha flag but 0 counts as 1, in every routine") {
-    FencedFixture f(Fence::after, 32);
-    for (const std::int32_t graph : {1, 2})
-        for (std::int32_t y = 0; y < 120; ++y)
-            for (std::int32_t x = 0; x < 150; ++x)
-                f.at(graph).set_pixel(x, y,
-                                      static_cast<std::uint32_t>((x * 17 + y * graph) << 24 | x << 8 | y));
-    for (const std::int32_t graph2 : {0, 2}) {
-        for (const std::int32_t mode : {0, 1, 2, 3}) {
-            for (const std::int32_t alpha : {255, 100}) {
-                f.start(0, 1, graph2, -1, 0, mode);
-                f.script(0, "alpha") = alpha;
-                std::vector<std::byte> pictures[2];
-                for (const std::uint8_t flag : {std::uint8_t{1}, std::uint8_t{7}}) {
-                    f.at(1).record().alpha_flag = f.at(2).record().alpha_flag = flag;
-                    f.engine.screen().fill(0x55667788);
-                    CHECK(f.draw());
-                    const auto bytes = f.engine.screen().bytes();
-                    pictures[flag == 7].assign(bytes.begin(), bytes.end());
-                }
-                CHECK((pictures[0] == pictures[1]));
-            }
-        }
-    }
-}
-
 TEST_CASE("a buffer that does not fit in 31 bits is a failed allocation, computed without overflow") {
     ModuleAllocator memory;
     Fixture f(8);
@@ -261,50 +235,41 @@ TEST_CASE("a buffer that does not fit in 31 bits is a failed allocation, compute
     f.engine.unload();
 }
 
-TEST_CASE("at a depth that is none of the three a pixel is one byte everywhere, the buffer's size included") {
-    ModuleAllocator memory;
-    FencedFixture f(Fence::after, 24);
-    memory.attach(SCROLL2D_MODULE);
-    f.start(0, 1, 0, 1);
-    CHECK(memory.largest == 32 * 25);
-    CHECK(f.draw());
-    CHECK(f.shows(kView, f.at(1), {20, 20}));
-    memory.fail(1, false);
-    CHECK(f.call("scroll_start", {0, kFile, 1, 0, 1, 0}) == host::kFailure);
-    CHECK(f.errors() == std::vector<ScriptError>{{100, "SCROLL_START", 0, 0, 32 * 25}});
-    f.engine.unload();
-}
-
 TEST_CASE("a destination map that goes leaves the scroll out; one that is replaced is drawn into") {
-    with_fences([](Fence fence) {
+    const auto test = [](Fence fence, std::int32_t file) {
+        CAPTURE(file);
         FencedFixture f(fence);
-        f.map(7, 40, 30);
+        const auto canvas = [&](std::int32_t width, std::int32_t height) -> host::Map& {
+            return f.engine.files().create_map(file, 7, width, height);
+        };
+        canvas(40, 30);
         ProcessLocals& hero = f.engine.processes().create(host::kScreenCoordinates);
         hero.x = hero.y = 70;
         f.start(0, 1, 2, -1, 0, 1);
-        CHECK(f.call("scroll_set_destination", {0, kFile, 7, -1}) == 1);
+        CHECK(f.call("scroll_set_destination", {0, file, 7, -1}) == 1);
         CHECK(f.draw());
-        host::Map& other = f.map(7, 30, 20);  // at another address, before the old one goes
+        host::Map& other = canvas(30, 20);  // at another address, before the old one goes
         other.fill(0);
         CHECK(f.draw());
         CHECK(Fixture::shows(other, {0, 29, 0, 19}, f.at(1), f.plane(1)));
-        f.engine.files().unload_map(kFile, 7);
+        f.engine.files().unload_map(file, 7);
         CHECK_FALSE(f.draw());
         CHECK_FALSE(f.scheduled(0).has_value());
         f.script(0, "camera") = host::Processes::id_of(hero);
         CHECK(f.call("scroll_move", {0}) >= 0);
         CHECK(f.call("scroll_start", {1, kFile, 1, 0, -1, 0}) == 1);
-        host::Map& smaller = f.map(7, 25, 15);
+        host::Map& smaller = canvas(25, 15);
         smaller.fill(0);
         CHECK(f.draw());
         CHECK(Fixture::shows(smaller, {0, 24, 0, 14}, f.at(1), f.plane(1)));
         CHECK(f.plane(1) == Position{70 - 12, 70 - 7});
         // While it is gone a start has no view to lay out.
-        f.engine.files().unload_map(kFile, 7);
+        f.engine.files().unload_map(file, 7);
         CHECK(f.call("scroll_start", {0, kFile, 1, 0, -1, 0}) == host::kFailure);
         CHECK(f.errors() == std::vector<ScriptError>{{146, "SCROLL_START", 0, 5, -1}});
         CHECK_FALSE(f.running(0));
-    });
+    };
+    for (const std::int32_t file : {kFile, 0}) with_fences([&](Fence fence) { test(fence, file); });
 }
 
 TEST_CASE("numbers at the ends of their range neither trap nor reach outside") {

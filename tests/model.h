@@ -152,11 +152,11 @@ class Model {
     void set(int scroll, int plane, Int x, Int y);
     void shift(int scroll, int plane, Int dx, Int dy);
     Maps look_up_maps(Scroll& s);
-    void take_map(Plane& p, const MapRecord* map);
+    static void take_map(Plane& p, const MapRecord* map);
 
     // Views and buffers
-    [[nodiscard]] View asked_view(const __RVKRegion__* region, const MapRecord& on) const;
-    [[nodiscard]] View cut(View view, const MapRecord& on) const;
+    [[nodiscard]] static View asked_view(const __RVKRegion__* region, const MapRecord& on);
+    [[nodiscard]] static View cut(View view, const MapRecord& on);
     [[nodiscard]] static View view(const Scroll& s) { return {s.dest_x, s.dest_y, s.width, s.height}; }
     static void store(Scroll& s, View view);
     [[nodiscard]] Int buffer_size(const Scroll& s) const;
@@ -174,7 +174,7 @@ class Model {
     void draw(Scroll& s, Rule rule);
     void draw_sprites(int scroll, std::int32_t entry_z);
     bool collect(int scroll, Locals& p, Entry& entry);
-    void release(Scroll& s);
+    static void release(Scroll& s);
     void delete_processes();
 
     host::Engine& engine_;

@@ -23,6 +23,7 @@ std::string text(const std::vector<std::string>& lines) {
 }
 std::string text(const std::vector<host::ScriptError>& errors) {
     std::vector<std::string> lines;
+    lines.reserve(errors.size());
     for (const host::ScriptError& error : errors) lines.push_back(error.text());
     return text(lines);
 }
@@ -203,11 +204,22 @@ void Lockstep::frame() {
 void Lockstep::draw_entry(__RVKBlit2D__& entry) {
     note("draw scroll " + text(entry.id));
     const std::int32_t z_key = entry.z;
-    const std::int32_t result =
+    const auto result =
         step<std::int32_t>([&] { return entry.draw(&entry); }, [&] { return model.blit(entry.id, z_key); });
     same(result, entry.drawn, "the entry's word 2");
     if (&engine.blit_lists().current() != &engine.blit_lists().main())
         differ("another list than the main one is current");
+}
+
+void Lockstep::draw_unscheduled(std::int32_t scroll, std::int32_t z) {
+    host::BlitQueue& main = engine.blit_lists().main();
+    engine.blit_lists().select(nullptr);
+    __RVKBlit2D__& entry = *main.add();
+    entry.id = scroll;
+    entry.z = z;
+    entry.draw = engine.services()->BlitScroll2D;
+    draw_entry(entry);
+    main.clear();
 }
 
 void Lockstep::ask_services(std::int32_t scroll, std::int32_t mask, __RVKRegion__ world) {
@@ -237,6 +249,12 @@ void Lockstep::ask_services(std::int32_t scroll, std::int32_t mask, __RVKRegion_
     same<std::int32_t>(pos.empty() ? 0 : 1, has_pos, "result of GetScrollPos" + of);
     same(pos.empty() ? Answer(4, kUnwritten) : pos, Answer{first.x, first.y, second.x, second.y},
          "GetScrollPos" + of);
+
+    __RVKPoint2D__ alone{kUnwritten, kUnwritten};
+    same(has_pos, s.GetScrollPos(scroll, mask, nullptr, &alone), "GetScrollPos of plane 2 alone" + of);
+    same(Answer{second.x, second.y}, Answer{alone.x, alone.y}, "GetScrollPos of plane 2 alone" + of);
+    same(has_pos, s.GetScrollPos(scroll, mask, &alone, nullptr), "GetScrollPos of plane 1 alone" + of);
+    same(Answer{first.x, first.y}, Answer{alone.x, alone.y}, "GetScrollPos of plane 1 alone" + of);
 
     same<std::int32_t>(model.process_in_scroll(scroll, mask), s.GetProcessInScroll(scroll, mask),
                        "GetProcessInScroll" + of);
@@ -347,7 +365,7 @@ std::string Lockstep::operands(const MapRecord* on, std::int32_t x, std::int32_t
     return all;
 }
 
-void Lockstep::write_pictures(const host::Bitmap& actual, const std::vector<std::byte>& expected) const {
+void Lockstep::write_pictures(const host::Bitmap& actual, const std::vector<std::byte>& expected) {
     host::Bitmap wanted(actual.width(), actual.height(), actual.bits_per_pixel(), host::Fence::none);
     std::ranges::copy(expected, wanted.bytes().begin());
     const host::Image is = to_opaque_image(actual, host::Palette());

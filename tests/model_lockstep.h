@@ -40,6 +40,8 @@ class Lockstep {
     // ---- The module's doings. Each throws Mismatch, after writing pictures where pixels differ.
     std::int32_t call(const std::string& function, std::initializer_list<std::int32_t> arguments);
     void frame();
+    // By an entry of the test's own, of any number, whether or not a frame would show the scroll.
+    void draw_unscheduled(std::int32_t scroll, std::int32_t z);
     void change_video_mode(const host::VideoMode& mode, bool reset);
     void stop_service(std::int32_t scroll);
     void stop_all_service();
@@ -66,7 +68,7 @@ class Lockstep {
     void check_sprite_passes();
     void draw_entry(__RVKBlit2D__& entry);
     [[nodiscard]] std::string operands(const MapRecord* on, std::int32_t x, std::int32_t y) const;
-    void write_pictures(const host::Bitmap& actual, const std::vector<std::byte>& expected) const;
+    static void write_pictures(const host::Bitmap& actual, const std::vector<std::byte>& expected);
     [[noreturn]] void differ(const std::string& what) const;
     template <class Value>
     void same(const Value& expected, const Value& actual, const std::string& what) const;

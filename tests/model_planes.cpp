@@ -114,13 +114,13 @@ void Model::take_map(Plane& p, const MapRecord* map) {
 
 // ---- Views and buffers
 
-Model::View Model::asked_view(const __RVKRegion__* r, const MapRecord& on) const {
+Model::View Model::asked_view(const __RVKRegion__* r, const MapRecord& on) {
     if (r == nullptr) return {0, 0, on.width, on.height};
     const Int x = std::max(r->x, 0);
     const Int y = std::max(r->y, 0);
     return {x, y, Int{r->x2} - x + 1, Int{r->y2} - y + 1};
 }
-Model::View Model::cut(View v, const MapRecord& on) const {
+Model::View Model::cut(View v, const MapRecord& on) {
     if (v.width > on.width) v.width = on.width;
     if (v.x + v.width > on.width) v.width = on.width - v.x;
     if (v.height > on.height) v.height = on.height;

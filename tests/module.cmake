@@ -13,12 +13,7 @@ function(scroll2d_module_test name)
 endfunction()
 
 scroll2d_module_test(registration_test registration_test.cpp)
-scroll2d_module_test(start_test start_test.cpp)
-scroll2d_module_test(stop_test stop_test.cpp)
-scroll2d_module_test(camera_test camera_test.cpp)
-scroll2d_module_test(destination_test destination_test.cpp)
-scroll2d_module_test(frame_test frame_test.cpp)
-scroll2d_module_test(sprite_test sprite_test.cpp)
+scroll2d_module_test(contract_test contract_test.cpp)
 scroll2d_module_test(allocation_test allocation_test.cpp allocation.cpp)
 scroll2d_module_test(hostile_test hostile_test.cpp allocation.cpp)
 

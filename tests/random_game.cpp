@@ -387,7 +387,7 @@ class Game {
         run.bitmaps_changed();
     }
     void odd_host() {
-        switch (in.below(4)) {
+        switch (in.below(5)) {
             case 0:
                 run.engine.move_globals();
                 break;
@@ -397,13 +397,20 @@ class Game {
             case 2:
                 change_counts();
                 break;
+            case 3: {
+                const std::int32_t n = perhaps_wild(scroll());
+                run.draw_unscheduled(n, in.number());
+                break;
+            }
             default:
                 if (FileRecord* f = run.engine.files().find_file(file_number())) f->word1 = in.below(2);
         }
     }
 
+    // NOLINTBEGIN(readability-identifier-naming): every line above reads with them as words
     Bytes& in;
     Lockstep run;
+    // NOLINTEND(readability-identifier-naming)
 };
 
 }  // namespace
