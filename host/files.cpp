@@ -7,7 +7,7 @@
 namespace host {
 
 Files::Files(std::int32_t file_count, std::int32_t system_graph_count, const VideoInfo& video, Fence fence)
-    : file_count_(0), system_graph_count_(0), video_(video), fence_(fence) {
+    : video_(video), fence_(fence) {
     set_counts(file_count, system_graph_count);
     create_file(0);
 }

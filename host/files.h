@@ -64,10 +64,10 @@ class Files {
     };
     File& file_at(std::int32_t file);  // creates it
     void check_graph(std::int32_t file, std::int32_t graph) const;
-    void count_maps(File& file);
+    static void count_maps(File& file);
 
-    std::int32_t file_count_;
-    std::int32_t system_graph_count_;
+    std::int32_t file_count_ = 0;
+    std::int32_t system_graph_count_ = 0;
     const VideoInfo& video_;
     Fence fence_;
     std::map<std::int32_t, std::unique_ptr<File>> files_;

@@ -6,7 +6,7 @@
 
 namespace host {
 
-ModuleLibrary::ModuleLibrary(const std::filesystem::path& path) : path_(path.string()), handle_(nullptr) {
+ModuleLibrary::ModuleLibrary(const std::filesystem::path& path) : path_(path.string()) {
     if (!std::filesystem::is_regular_file(path)) throw Error("there is no module file " + path_);
     // An absolute path, since the loader looks for a bare name elsewhere than in the current folder.
     handle_ = dlopen(std::filesystem::absolute(path).c_str(), RTLD_NOW | RTLD_LOCAL);

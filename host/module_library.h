@@ -20,7 +20,7 @@ class ModuleLibrary {
 
   private:
     std::string path_;
-    void* handle_;
+    void* handle_ = nullptr;
 };
 
 }  // namespace host

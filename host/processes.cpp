@@ -57,6 +57,7 @@ std::vector<std::int32_t> Processes::ids() const {
     for (const auto& [id, process] : processes_) order.emplace_back(process->serial, id);
     std::sort(order.begin(), order.end());
     std::vector<std::int32_t> result;
+    result.reserve(order.size());
     for (const auto& [serial, id] : order) result.push_back(id);
     return result;
 }

@@ -21,7 +21,7 @@ struct ScriptFunction {
     std::string name;
     std::int32_t argument_count;
     std::string return_type;  // "I"
-    std::int32_t (*handler)(void);
+    std::int32_t (*handler)();
 };
 
 struct CallResult {

@@ -50,8 +50,6 @@ const Format& format_of(const std::string& path) {
     throw std::runtime_error(path + ": there is no such format");
 }
 
-extern "C" char** environ;
-
 class FfmpegFilm final : public Film {
   public:
     FfmpegFilm(const std::string& path, int width, int height) : path_(path) {
@@ -150,7 +148,8 @@ class FfmpegFilm final : public Film {
 };
 
 bool is_installed() {
-    std::istringstream folders(std::getenv("PATH") ? std::getenv("PATH") : "");
+    const char* path = std::getenv("PATH");
+    std::istringstream folders(path != nullptr ? path : "");
     for (std::string folder; std::getline(folders, folder, ':');)
         if (access((std::filesystem::path(folder) / program).c_str(), X_OK) == 0) return true;
     return false;

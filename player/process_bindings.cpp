@@ -195,7 +195,7 @@ int list_processes(lua_State* L) {
     lua_Integer count = 0;
     for (const Process* process : script.living_processes()) {
         if (!all && script.game.engine.processes().type_of(process->id) != type) continue;
-        script.push_process(L, *process);
+        Script::push_process(L, *process);
         lua_seti(L, -2, ++count);
     }
     return 1;

@@ -147,7 +147,7 @@ std::vector<Process*> Script::living_processes() const {
     return living;
 }
 
-void Script::push_process(lua_State* L, const Process& process) const {
+void Script::push_process(lua_State* L, const Process& process) {
     lua_rawgetp(L, LUA_REGISTRYINDEX, &process);
 }
 
@@ -160,6 +160,7 @@ int Script::return_or_end_turn(lua_State* L, int results) {
 
 void Script::run_turns() {
     // By index: a turn may add processes, which take their first turn in the same frame.
+    // NOLINTNEXTLINE(modernize-loop-convert): so it must be
     for (std::size_t i = 0; i < order_.size(); ++i) {
         Process& process = *order_[i];
         if (!process.alive || !process.thread) continue;

@@ -64,7 +64,7 @@ class Script {
     // Null when no living process of this script has the id.
     [[nodiscard]] Process* find_process(std::int32_t id) const;
     [[nodiscard]] std::vector<Process*> living_processes() const;
-    void push_process(lua_State* L, const Process& process) const;
+    static void push_process(lua_State* L, const Process& process);
     // Null outside turns.
     [[nodiscard]] Process* running() const { return running_; }
     // To be returned by a binding that may have ended the process that called it: its function goes no

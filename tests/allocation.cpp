@@ -91,6 +91,7 @@ ModuleAllocator::~ModuleAllocator() {
 }
 
 void ModuleAllocator::attach(const char* path) {
+    REQUIRE((attached_ == this));
     void* const handle = dlopen(path, RTLD_NOLOAD | RTLD_LAZY);
     REQUIRE((handle != nullptr));
     const auto& object = *static_cast<const link_map*>(handle);

@@ -1,4 +1,5 @@
-// How long random tests go on: SCROLL2D_EFFORT, per cent of the rounds that they ask for, 100 when it is not set.
+// How long random tests go on: SCROLL2D_EFFORT, per cent of the rounds that they ask for, 100 when it is not
+// set.
 #pragma once
 
 #include <algorithm>

@@ -88,7 +88,7 @@ class Fixture {
     }
 
     [[nodiscard]] Graphics2DInterface& graphics() { return engine.graphics(); }
-    [[nodiscard]] const ScrollSystemInterface& services() { return *engine.services(); }
+    [[nodiscard]] const ScrollSystemInterface& services() const { return *engine.services(); }
 
     // A map of file 1 in which neighbours differ and no pixel is 0.
     host::Map& map(std::int32_t graph, std::int32_t width, std::int32_t height, const Points& points = {}) {
@@ -117,13 +117,13 @@ class Fixture {
     }
     // The errors since the last time; asserted by value, so that each is reported exactly once.
     std::vector<ScriptError> errors() {
-        const std::vector<ScriptError> raised = engine.errors();
+        std::vector<ScriptError> raised = engine.errors();
         engine.clear_errors();
         return raised;
     }
 
-    [[nodiscard]] bool running(std::int32_t num) { return services().GetProcessInScroll(num, 0) == 1; }
-    [[nodiscard]] Position plane(std::int32_t number, std::int32_t num = 0) {
+    [[nodiscard]] bool running(std::int32_t num) const { return services().GetProcessInScroll(num, 0) == 1; }
+    [[nodiscard]] Position plane(std::int32_t number, std::int32_t num = 0) const {
         __RVKPoint2D__ at{-7777, -7777};
         const std::int32_t found = number == 1 ? services().GetScrollPos(num, 0, &at, nullptr)
                                                : services().GetScrollPos(num, 0, nullptr, &at);

@@ -33,7 +33,7 @@ class Played {
     }
     ~Played() { std::filesystem::remove_all(folder_); }
 
-    void write(const std::string& script) { std::ofstream(path()) << script; }
+    void write(const std::string& script) const { std::ofstream(path()) << script; }
     [[nodiscard]] std::string path() const { return folder_ / "game.lua"; }
     Window& window() { return *window_; }
 
