@@ -20,6 +20,13 @@ class PlaneRows {
           width_(r.width),
           ring_size_(r.ring_size),
           rows_to_wrap_(plane.rows_to_wrap) {}
+    PlaneRows(const Pixel* start, std::ptrdiff_t width, std::ptrdiff_t ring_size, std::int32_t rows_to_wrap)
+        : start_(start), width_(width), ring_size_(ring_size), rows_to_wrap_(rows_to_wrap) {}
+    PlaneRows<std::uint8_t> in_bytes() const {
+        constexpr std::ptrdiff_t size = sizeof(Pixel);
+        return {reinterpret_cast<const std::uint8_t*>(start_), width_ * size, ring_size_ * size,
+                rows_to_wrap_};
+    }
     const Pixel* operator[](std::int32_t row) const {
         return start_ + (static_cast<std::ptrdiff_t>(row) * width_ - (row < rows_to_wrap_ ? 0 : ring_size_));
     }
@@ -39,6 +46,11 @@ class DestinationRows {
         : origin_(static_cast<Pixel*>(r.dest_map->pixels) + r.dest_x +
                   static_cast<std::ptrdiff_t>(r.dest_y) * r.dest_map->width),
           width_(r.dest_map->width) {}
+    DestinationRows(Pixel* origin, std::ptrdiff_t width) : origin_(origin), width_(width) {}
+    DestinationRows<std::uint8_t> in_bytes() const {
+        constexpr std::ptrdiff_t size = sizeof(Pixel);
+        return {reinterpret_cast<std::uint8_t*>(origin_), width_ * size};
+    }
     Pixel* operator[](std::int32_t row) const { return origin_ + row * width_; }
 
   private:
@@ -112,20 +124,34 @@ void lay_rows_sse2(const Arguments&... arguments) {
     lay_rows_in_groups<16>(arguments...);
 }
 
+// Takes the best build that this processor runs.
+template <class... Arguments>
+void lay_rows_in_vectors(const Arguments&... arguments) {
+    if (__builtin_cpu_supports("avx2")) return lay_rows_avx2(arguments...);
+    if (__builtin_cpu_supports("sse4.1")) return lay_rows_sse4(arguments...);
+    lay_rows_sse2(arguments...);
+}
+
 // Lays the rows of one plane, or of the front plane and the back plane, over those of the destination.
 template <class Rule, class Destination, class... Source>
 void lay_rows(std::int32_t height, std::int32_t width, Rule rule, const Destination& d, const Source&... s) {
-    if (__builtin_cpu_supports("avx2")) return lay_rows_avx2(height, width, rule, d, s...);
-    if (__builtin_cpu_supports("sse4.1")) return lay_rows_sse4(height, width, rule, d, s...);
-    lay_rows_sse2(height, width, rule, d, s...);
+    lay_rows_in_vectors(height, width, rule, d, s...);
 }
 
-// Pixels that are only copied: the C library knows the processor.
+// Pixels that are only copied are bytes at every depth. The C library copies long rows best; on short ones
+// its call costs as much as the bytes.
 template <class Pixel>
 void lay_rows(std::int32_t height, std::int32_t width, Copy<Pixel>, const DestinationRows<Pixel>& d,
               const PlaneRows<Pixel>& s) {
-    const auto bytes = static_cast<std::size_t>(width) * sizeof(Pixel);
-    for (std::int32_t row = 0; row < height; ++row) std::memcpy(d[row], s[row], bytes);
+    constexpr std::int32_t longest_short_row = 1280;
+    const std::int64_t bytes = std::int64_t{width} * std::int64_t{sizeof(Pixel)};
+    if (bytes <= longest_short_row) {
+        lay_rows_in_vectors(height, static_cast<std::int32_t>(bytes), Copy<std::uint8_t>{}, d.in_bytes(),
+                            s.in_bytes());
+        return;
+    }
+    for (std::int32_t row = 0; row < height; ++row)
+        std::memcpy(d[row], s[row], static_cast<std::size_t>(bytes));
 }
 
 }  // namespace scroll2d
