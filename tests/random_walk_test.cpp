@@ -60,10 +60,13 @@ void steer(Lockstep& game, Random& random, std::int32_t width, std::int32_t heig
 
 void walk(std::uint32_t seed) {
     Random random(seed);
+    const bool wide = random.below(8) == 0;  // long rows are drawn another way
     const std::int32_t width =
-        random.of({random.between(1, 17), random.between(1, 17), random.between(18, 70)});
+        wide ? random.between(300, 700)
+             : random.of({random.between(1, 17), random.between(1, 17), random.between(18, 70)});
     const std::int32_t height =
-        random.of({random.between(1, 9), random.between(1, 9), random.between(10, 40)});
+        wide ? random.between(1, 9)
+             : random.of({random.between(1, 9), random.between(1, 9), random.between(10, 40)});
     Lockstep game({.width = width + 2 * kMargin,
                    .height = height + 2 * kMargin,
                    .bits_per_pixel = random.of({8, 16, 32, 32}),
