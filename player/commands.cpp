@@ -35,8 +35,4 @@ Command command_of(const SDL_KeyboardEvent& event) {
     return key->command;
 }
 
-bool is_command_key(const SDL_KeyboardEvent& event) {
-    return find(event) != nullptr;
-}
-
 }  // namespace player

@@ -23,7 +23,5 @@ struct CommandKey {
 // Command::none for a key of the game, and for one that repeats itself because it is held, but for single
 // steps.
 [[nodiscard]] Command command_of(const SDL_KeyboardEvent& event);
-// Whether the key is one of the window's, however it is pressed.
-[[nodiscard]] bool is_command_key(const SDL_KeyboardEvent& event);
 
 }  // namespace player

@@ -89,7 +89,7 @@ void Window::take_events() {
 void Window::take_key(const SDL_Event& event) {
     const bool typing = canvas_->takes_keyboard();  // then Escape and Enter end the typing
     const Command command = command_of(event.key);
-    if (is_command_key(event.key)) {
+    if (command != Command::none) {
         if (!typing || command != Command::close) obey(command);
     } else if (!typing) {
         devices_.take_event(event);

@@ -134,8 +134,7 @@ std::string order_of(const ScrollSurvey& scroll) {
 }
 
 // The sprites one by one, as many as there is room for.
-void draw_sprites(const std::vector<SpriteSurvey>& sprites) {
-    constexpr std::size_t most = 10;
+void draw_sprites(const std::vector<SpriteSurvey>& sprites, std::size_t most) {
     if (sprites.empty() || !ImGui::BeginTable("sprites", 4, ImGuiTableFlags_SizingStretchProp)) return;
     ImGui::PushStyleColor(ImGuiCol_Text, packed(faint));
     const auto cell = [](const std::string& text) {
@@ -169,7 +168,7 @@ void draw_times(const std::vector<float>& times, bool timed) {
                      std::max(most * 1.2F, 0.1F), {ImGui::GetContentRegionAvail().x, 34});
 }
 
-void draw_scroll(const ScrollSurvey& scroll, bool open, bool list_sprites, host::Engine& engine,
+void draw_scroll(const ScrollSurvey& scroll, bool open, std::size_t sprites_listed, host::Engine& engine,
                  const Surveyor& surveyor, bool timed) {
     ImGui::PushID(scroll.number);
     const std::string name =
@@ -180,7 +179,7 @@ void draw_scroll(const ScrollSurvey& scroll, bool open, bool list_sprites, host:
         draw_camera(scroll);
         faint_text(order_of(scroll));
         draw_times(surveyor.times(scroll.number), timed);
-        if (list_sprites) draw_sprites(scroll.sprites);
+        if (sprites_listed > 0) draw_sprites(scroll.sprites, sprites_listed);
         ImGui::Dummy({0, 4});
     }
     ImGui::PopID();
@@ -204,9 +203,9 @@ void draw_side(const Area& area, const Survey& survey, host::Engine& engine, con
     faint_text(order_of(survey));
     if (!timed) faint_text("draw times: measured in the window only");
     ImGui::Dummy({0, 2});
-    const bool few = survey.scrolls.size() < open_at_first;
+    const std::size_t sprites_listed = survey.scrolls.size() == 1 ? 10 : survey.scrolls.size() == 2 ? 4 : 0;
     for (std::size_t i = 0; i < survey.scrolls.size(); ++i)
-        draw_scroll(survey.scrolls[i], i < open_at_first, few, engine, surveyor, timed);
+        draw_scroll(survey.scrolls[i], i < open_at_first, sprites_listed, engine, surveyor, timed);
     ImGui::End();
 }
 

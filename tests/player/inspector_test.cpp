@@ -92,24 +92,32 @@ TEST_CASE("a side at which the scroll is said to stop is one that the module doe
         for (int step = 0; step < 8; ++step) {
             stage.field("x0") = stage.up_to(400) - 60;
             stage.field("y0") = stage.up_to(300) - 60;
+            stage.engine.frame();  // a long way of the front plane undoes what is written to the back one
+            stage.field("x1") = stage.up_to(400) - 60;
+            stage.field("y1") = stage.up_to(300) - 60;
             stage.engine.frame();
             const Survey survey = surveyor.survey();
             REQUIRE(survey.scrolls.size() == 1);
             const ScrollSurvey& scroll = survey.scrolls.front();
             REQUIRE(scroll.planes.front().position == Point{stage.field("x0"), stage.field("y0")});
-            const Sides stopped = stopped_sides(scroll.planes.front(), scroll.view.width, scroll.view.height);
-            for (const auto& [side, name, by] : {std::tuple(left_side, "x0", -1),
-                                                 {right_side, "x0", 1},
-                                                 {top_side, "y0", -1},
-                                                 {bottom_side, "y0", 1}}) {
-                const std::int32_t before = stage.field(name);
-                stage.field(name) += by;
-                stage.engine.call("scroll_move", {0});
-                CAPTURE(name);
-                CAPTURE(by);
-                REQUIRE((stage.field(name) == before) == ((stopped & side) != 0));
-                stage.field(name) = before;
-                stage.engine.call("scroll_move", {0});
+            const char* const axes[][2] = {{"x0", "y0"}, {"x1", "y1"}};
+            for (std::size_t plane = 0; plane < scroll.planes.size(); ++plane) {
+                const Sides stopped =
+                    stopped_sides(scroll.planes[plane], scroll.view.width, scroll.view.height);
+                const auto [x, y] = axes[plane];
+                for (const auto& [side, name, by] : {std::tuple(left_side, x, -1),
+                                                     {right_side, x, 1},
+                                                     {top_side, y, -1},
+                                                     {bottom_side, y, 1}}) {
+                    const std::int32_t before = stage.field(name);
+                    stage.field(name) += by;
+                    stage.engine.call("scroll_move", {0});
+                    CAPTURE(name);
+                    CAPTURE(by);
+                    REQUIRE((stage.field(name) == before) == ((stopped & side) != 0));
+                    stage.field(name) = before;
+                    stage.engine.call("scroll_move", {0});
+                }
             }
         }
     }
@@ -248,12 +256,22 @@ TEST_CASE("a map that is gone, an ended camera and a stopped scroll are told as 
     ScrollSurvey scroll = surveyor.survey().scrolls.at(0);
     CHECK_FALSE(scroll.planes[0].has_map);
     CHECK(scroll.planes[1].has_map);
+    stage.engine.frame();
+    CHECK_FALSE(surveyor.survey().scrolls.at(0).drawn);
     CHECK_FALSE(scroll.camera.value().alive);
     stage.field("visible") = 0;
     stage.engine.frame();
     scroll = surveyor.survey().scrolls.at(0);
     CHECK_FALSE(scroll.visible);
     CHECK_FALSE(scroll.drawn);
+    stage.field("graph1") = 30;
+    CHECK(surveyor.survey().scrolls.at(0).planes[0].graph == 10);
+    stage.engine.call("scroll_refresh", {-1});
+    CHECK(surveyor.survey().scrolls.at(0).planes[0].graph == 30);
+    stage.engine.call("scroll_set_destination", {0, 1, 20, -1});
+    scroll = surveyor.survey().scrolls.at(0);
+    CHECK_FALSE(scroll.on_screen);
+    CHECK(scroll.destination_graph == 20);
     stage.engine.call("scroll_stop", {0});
     CHECK(surveyor.survey().scrolls.empty());
 }
