@@ -23,12 +23,10 @@ __attribute__((noinline)) void copy_in_chunks(std::uint8_t* to, std::ptrdiff_t t
     }
 }
 
-// Copies a block of bytes, row by row from the top. Narrow blocks are what a moving scroll copies at every
-// frame, a column or a few dozen at a time: there a call for each row would cost more than its bytes.
+// Copies a block of bytes, row by row from the top.
 void copy_block(std::uint8_t* to, std::ptrdiff_t to_stride, const std::uint8_t* from,
                 std::ptrdiff_t from_stride, std::size_t bytes, std::int32_t rows) {
-    constexpr std::size_t wide = 256;
-    if (bytes >= wide) {
+    if (bytes > longest_short_row) {
         for (; rows > 0; --rows, to += to_stride, from += from_stride) std::memcpy(to, from, bytes);
     } else if (bytes >= 16) {
         copy_in_chunks<16>(to, to_stride, from, from_stride, bytes, rows);

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "buffer/map_copy.h"
 #include "module/host_records.h"
 #include "render/pixel_rules.h"
 #include "scroll/scroll_table.h"
@@ -138,20 +139,17 @@ void lay_rows(std::int32_t height, std::int32_t width, Rule rule, const Destinat
     lay_rows_in_vectors(height, width, rule, d, s...);
 }
 
-// Pixels that are only copied are bytes at every depth. The C library copies long rows best; on short ones
-// its call costs as much as the bytes.
+// Pixels that are only copied are bytes at every depth.
 template <class Pixel>
 void lay_rows(std::int32_t height, std::int32_t width, Copy<Pixel>, const DestinationRows<Pixel>& d,
               const PlaneRows<Pixel>& s) {
-    constexpr std::int32_t longest_short_row = 1280;
-    const std::int64_t bytes = std::int64_t{width} * std::int64_t{sizeof(Pixel)};
-    if (bytes <= longest_short_row) {
+    const std::size_t bytes = static_cast<std::size_t>(width) * sizeof(Pixel);
+    if (bytes > longest_short_row) {
+        for (std::int32_t row = 0; row < height; ++row) std::memcpy(d[row], s[row], bytes);
+    } else {
         lay_rows_in_vectors(height, static_cast<std::int32_t>(bytes), Copy<std::uint8_t>{}, d.in_bytes(),
                             s.in_bytes());
-        return;
     }
-    for (std::int32_t row = 0; row < height; ++row)
-        std::memcpy(d[row], s[row], static_cast<std::size_t>(bytes));
 }
 
 }  // namespace scroll2d
