@@ -1,5 +1,7 @@
 #include "player/inspector/inspector.h"
 
+#include <utility>
+
 namespace player {
 namespace {
 
@@ -8,7 +10,7 @@ constexpr int looks_between_maps = 30;  // scripts may draw into maps; half a se
 }  // namespace
 
 Inspector::Inspector(host::Engine& engine, std::function<double()> clock)
-    : engine_(engine), surveyor_(engine, clock), timed_(static_cast<bool>(clock)) {}
+    : engine_(engine), timed_(static_cast<bool>(clock)), surveyor_(engine, std::move(clock)) {}
 
 void Inspector::look() {
     survey_ = surveyor_.survey();

@@ -23,8 +23,8 @@ class Inspector {
 
   private:
     host::Engine& engine_;
-    Surveyor surveyor_;
     bool timed_;
+    Surveyor surveyor_;
     Survey survey_;
     Shown shown_;
     int looks_ = 0;
