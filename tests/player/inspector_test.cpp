@@ -48,6 +48,11 @@ struct Stage {
     }
 };
 
+// Of one try to move a plane, for a failure to tell.
+std::string describe(const char* field, int by) {
+    return std::string(field) + (by < 0 ? " one less" : " one more");
+}
+
 }  // namespace
 
 TEST_CASE("the parts of a map that a view shows are the map pixels under its pixels") {
@@ -112,8 +117,8 @@ TEST_CASE("a side at which the scroll is said to stop is one that the module doe
                     const std::int32_t before = stage.field(name);
                     stage.field(name) += by;
                     stage.engine.call("scroll_move", {0});
-                    CAPTURE(name);
-                    CAPTURE(by);
+                    const std::string tried = describe(name, by);
+                    CAPTURE(tried);
                     REQUIRE((stage.field(name) == before) == ((stopped & side) != 0));
                     stage.field(name) = before;
                     stage.engine.call("scroll_move", {0});
