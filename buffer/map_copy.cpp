@@ -23,9 +23,10 @@ __attribute__((noinline)) void copy_in_chunks(std::uint8_t* to, std::ptrdiff_t t
     }
 }
 
-// Copies a block of bytes, row by row from the top.
+// Copies a block of bytes, row by row from the top. A call of memcpy pays on long rows only.
 void copy_block(std::uint8_t* to, std::ptrdiff_t to_stride, const std::uint8_t* from,
                 std::ptrdiff_t from_stride, std::size_t bytes, std::int32_t rows) {
+    constexpr std::size_t longest_short_row = 2560;
     if (bytes > longest_short_row) {
         for (; rows > 0; --rows, to += to_stride, from += from_stride) std::memcpy(to, from, bytes);
     } else if (bytes >= 16) {

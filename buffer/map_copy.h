@@ -1,16 +1,11 @@
 // Copies rectangles out of an endlessly repeated map: the one place where map pixels are read.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 
 #include "scroll/scroll_table.h"
 
 namespace scroll2d {
-
-// Bytes of a row up to which a loop copies faster than a call of memcpy does: more than most games' rows, and
-// the strips that a moving scroll copies at every frame.
-constexpr std::size_t longest_short_row = 1280;
 
 // A rectangle of an endlessly repeated map, in pixels; columns and rows are 1 or more.
 struct MapRectangle {

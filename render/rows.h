@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <cstring>
 
-#include "buffer/map_copy.h"
 #include "module/host_records.h"
 #include "render/pixel_rules.h"
 #include "scroll/scroll_table.h"
@@ -139,10 +138,11 @@ void lay_rows(std::int32_t height, std::int32_t width, Rule rule, const Destinat
     lay_rows_in_vectors(height, width, rule, d, s...);
 }
 
-// Pixels that are only copied are bytes at every depth.
+// Pixels that are only copied are bytes at every depth. A call of memcpy pays on long rows only.
 template <class Pixel>
 void lay_rows(std::int32_t height, std::int32_t width, Copy<Pixel>, const DestinationRows<Pixel>& d,
               const PlaneRows<Pixel>& s) {
+    constexpr std::size_t longest_short_row = 1280;
     const std::size_t bytes = static_cast<std::size_t>(width) * sizeof(Pixel);
     if (bytes > longest_short_row) {
         for (std::int32_t row = 0; row < height; ++row) std::memcpy(d[row], s[row], bytes);
