@@ -23,10 +23,12 @@ __attribute__((noinline)) void copy_in_chunks(std::uint8_t* to, std::ptrdiff_t t
     }
 }
 
-// Copies a block of bytes, row by row from the top. A call of memcpy pays on long rows only.
+// Copies a block of bytes, row by row from the top. A call of memcpy pays on long rows only: on rows that
+// follow one another in `to` later than on a strip within longer rows.
 void copy_block(std::uint8_t* to, std::ptrdiff_t to_stride, const std::uint8_t* from,
                 std::ptrdiff_t from_stride, std::size_t bytes, std::int32_t rows) {
-    constexpr std::size_t longest_short_row = 2560;
+    const bool without_gaps = to_stride == static_cast<std::ptrdiff_t>(bytes);
+    const std::size_t longest_short_row = without_gaps ? 2560 : 640;
     if (bytes > longest_short_row) {
         for (; rows > 0; --rows, to += to_stride, from += from_stride) std::memcpy(to, from, bytes);
     } else if (bytes >= 16) {
