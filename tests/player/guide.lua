@@ -226,3 +226,55 @@ if bpp > 8 then
     same(pixel(1, 20, 15, 20), red, "in no scroll that runs")
     same(map_size(1, 30), 20, "the picture is still there")
 end
+
+-- ---- What alpha reaches, in each mode: at 0 the front plane is gone, and nothing else
+local function on_map_20(draw)                       -- the middle pixel of a blue map, once `draw` has set scrolls up for it
+    scroll_stop(all_scroll)
+    scroll_set_destination(all_scroll, 1, 20, -1)
+    draw()
+    box(1, 20, 0, 0, 100, 60, "#0000ff")
+    frame(2)
+    return pixel(1, 20, 50, 30) & 0xffffff            -- what was mixed carries no opacity in byte 3
+end
+local function sprite(z, more)
+    local p = process {ctype = c_scroll, file = 1, graph = 30, z = z, x = scroll[0].x0 + 50, y = scroll[0].y0 + 30}
+    for name, value in pairs(more or {}) do p[name] = value end
+end
+if bpp > 8 then
+    local function plain(colour) return rgb(table.unpack(colour)) & 0xffffff end
+    local red, green, blue, white = plain {255, 0, 0}, plain {0, 255, 0}, plain {0, 0, 255}, plain {255, 255, 255}
+    for mode = 0, 3 do
+        local layers = mode == scroll_layers or mode == scroll_layers_key
+        for planes = 1, 2 do
+            local function scene(alpha, sprite_z)
+                return on_map_20(function()
+                    scroll_start(0, 1, 10, planes == 2 and 11 or 0, -1, 0, mode)
+                    scroll[0].alpha = alpha
+                    if sprite_z then sprite(sprite_z) end
+                end)
+            end
+            local beneath = planes == 2 and green or blue
+            local what = ("mode %d, %d planes: "):format(mode, planes)
+            same(scene(255), red, what .. "the front plane")
+            same(scene(0), beneath, what .. "what is beneath the front plane")
+            same(scene(0, 100), white, what .. "a sprite before the front plane")
+            same(scene(0, 600), white, what .. "a deeper sprite")
+            same(scene(255, 600), layers and red or white, what .. "a deeper sprite at alpha 255")
+        end
+    end
+    same(on_map_20(function()
+        scroll_start(0, 1, 10, 11, -1, 0)
+        scroll[0].alpha = 0
+        sprite(100, {alpha = 0})
+    end), green, "a sprite fades by its own alpha")
+    if bpp == 32 then
+        new_map(1, 31, 1000, 800)
+        set_alpha(1, 31, true)
+        local function fog(alpha)
+            return on_map_20(function() scroll_start(0, 1, 31, 0, -1, 0); scroll[0].alpha = alpha end)
+        end
+        same(fog(255), 0, "per-pixel alpha over black")
+        same(fog(254), blue, "per-pixel alpha over what was drawn before")
+    end
+end
+scroll_set_destination(all_scroll, 0, 0, -1)
