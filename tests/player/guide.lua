@@ -276,5 +276,21 @@ if bpp > 8 then
         same(fog(255), 0, "per-pixel alpha over black")
         same(fog(254), blue, "per-pixel alpha over what was drawn before")
     end
+
+    -- ---- Overlapping scrolls: order by z, at equal z the lower number lies nearer; each divides its sprites at its own z
+    local function overlapping(z0, z1, sprite_z)
+        return on_map_20(function()
+            scroll_start(0, 1, 11, 0, -1, 0, scroll_layers)
+            scroll_start(1, 1, 10, 0, -1, 0, scroll_layers)
+            scroll[0].z, scroll[1].z = z0, z1
+            if sprite_z then sprite(sprite_z, {scroll_mask = 2, x = scroll[1].x0 + 50, y = scroll[1].y0 + 30}) end
+        end)
+    end
+    same(overlapping(512, 511), red, "the smaller z is nearer")
+    same(overlapping(511, 512), green, "the smaller z is nearer, the other way round")
+    same(overlapping(512, 512), green, "equal z")
+    same(overlapping(512, 511, 511), white, "a sprite of the scroll's own z")
+    same(overlapping(512, 511, 100), white, "before both front planes")
+    same(overlapping(512, 50, 100), red, "a sprite of 100 is behind the plane of a scroll of 50")
 end
 scroll_set_destination(all_scroll, 0, 0, -1)
