@@ -36,6 +36,20 @@ void paste(Picture& target, const Picture& source, int x, int y) {
             target.at(x + column, y + row) = source.at(column, row);
 }
 
+Picture cut_out(const Picture& source, int x, int y, int w, int h) {
+    Picture result(w, h);
+    result.palette = source.palette;
+    result.has_alpha = source.has_alpha;
+    if (source.indexed()) result.indices.resize(result.pixels.size());
+    for (int row = 0; row < h; ++row)
+        for (int column = 0; column < w; ++column) {
+            const std::size_t from = source.place(x + column, y + row), to = result.place(column, row);
+            result.pixels[to] = source.pixels[from];
+            if (source.indexed()) result.indices[to] = source.indices[from];
+        }
+    return result;
+}
+
 Picture enlarged(const Picture& source, int times) {
     Picture result(source.width * times, source.height * times);
     result.has_alpha = source.has_alpha;

@@ -25,6 +25,10 @@ host::Options engine_options(const Options& options) {
     return result;
 }
 
+std::string size_text(int w, int h) {
+    return std::to_string(w) + " x " + std::to_string(h);
+}
+
 }  // namespace
 
 Game::Game(const Options& options)
@@ -73,8 +77,16 @@ Picture Game::read_picture(const std::string& path) {
     return read_png(place);
 }
 
-host::Map& Game::load_map(int file, int graph, const std::string& path) {
+host::Map& Game::load_map(int file, int graph, const std::string& path, std::optional<Part> part) {
     Picture picture = read_picture(path);
+    if (part) {
+        const auto [x, y, w, h] = *part;
+        if (x < 0 || y < 0 || w < 1 || h < 1 || x > picture.width - w || y > picture.height - h)
+            throw std::runtime_error(path + " is " + size_text(picture.width, picture.height) +
+                                     ": there is no part of " + size_text(w, h) + " at (" +
+                                     std::to_string(x) + ", " + std::to_string(y) + ")");
+        picture = cut_out(picture, x, y, w, h);
+    }
     host::Files& files = engine.files();
     if (picture.indexed()) {
         if (bits_per_pixel() == 8) {

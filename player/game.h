@@ -40,13 +40,20 @@ class Game {
 
     // ---- Maps
 
+    struct Part {
+        int x, y, w, h;  // pixels
+    };
+
     // A path as the script gives it: relative to the script's folder.
     [[nodiscard]] std::string path_of(const std::string& path) const;
     // A PNG, at a path as the script gives it.
     Picture read_picture(const std::string& path);
     // "file 1, graph 10" must be there.
     host::Map& map_at(int file, int graph);
-    host::Map& load_map(int file, int graph, const std::string& path);
+    // Of a picture, or of the part of it that is asked for. Errors: a part that does not lie within the
+    // picture.
+    host::Map& load_map(int file, int graph, const std::string& path,
+                        std::optional<Part> part = std::nullopt);
     void save_map(int file, int graph, const std::string& path);
     void set_control_point(int file, int graph, int number, int x, int y);
 

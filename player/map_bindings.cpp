@@ -1,6 +1,7 @@
 // Maps, drawing into them, colours.
 #include <algorithm>
 #include <cstdlib>
+#include <stdexcept>
 
 #include "player/lua_support.h"
 #include "player/text.h"
@@ -25,8 +26,15 @@ int push_size(lua_State* L, const host::Bitmap& bitmap) {
 }
 
 int load_map(lua_State* L) {
+    std::optional<Game::Part> part;
+    if (!lua_isnone(L, 4)) {
+        if (lua_isnone(L, 7))
+            throw std::runtime_error("a part of the picture takes four numbers: x, y, width, height");
+        part = {integer_argument(L, 4), integer_argument(L, 5), integer_argument(L, 6),
+                integer_argument(L, 7)};
+    }
     return push_size(
-        L, game_of(L).load_map(integer_argument(L, 1), integer_argument(L, 2), luaL_checkstring(L, 3)));
+        L, game_of(L).load_map(integer_argument(L, 1), integer_argument(L, 2), luaL_checkstring(L, 3), part));
 }
 
 int new_map(lua_State* L) {
@@ -166,7 +174,7 @@ int set_palette(lua_State* L) {
 }
 
 constexpr Binding bindings[] = {
-    {"load_map", 3, 3, load_map},
+    {"load_map", 3, 7, load_map},
     {"new_map", 4, 5, new_map},
     {"unload_map", 2, 2, unload_map},
     {"save_map", 3, 3, save_map},

@@ -46,6 +46,9 @@ void write_png(const std::string& path, const Picture& picture);
 // Copies `source` into `target` at (x, y); what lies outside is cut.
 void paste(Picture& target, const Picture& source, int x, int y);
 
+// The part of w by h pixels at (x, y), which must lie within the picture.
+Picture cut_out(const Picture& source, int x, int y, int w, int h);
+
 // Each pixel as a square of `times` by `times`, times >= 1.
 Picture enlarged(const Picture& source, int times);
 

@@ -29,22 +29,14 @@ function art.load_soft(graph, name)
     return load_map(art.file, graph, path(name, art.depth < 32))
 end
 
--- Cuts a strip of frames of equal width into maps first, first + 1, ...; every frame is held at its point (px, py).
+-- Loads a strip of frames of equal width as maps first, first + 1, ...; every frame is held at its point (px, py).
 function art.load_frames(first, name, count, px, py)
-    local whole = 999
-    local width, height = art.load(whole, name)
+    local width, height = art.load(first, name)
     local w = width // count
     for i = 0, count - 1 do
-        new_map(art.file, first + i, w, height)
-        if art.depth == 32 then set_alpha(art.file, first + i, 1) end
-        for y = 0, height - 1 do
-            for x = 0, w - 1 do
-                pixel(art.file, first + i, x, y, pixel(art.file, whole, i * w + x, y))
-            end
-        end
+        load_map(art.file, first + i, art.path(name), i * w, 0, w, height)
         set_point(art.file, first + i, 0, px or w // 2, py or height // 2)
     end
-    unload_map(art.file, whole)
     return count
 end
 

@@ -31,6 +31,27 @@ for round = 1, 12 do
     same(10, 11, w, h)
 end
 
+-- A part of a picture is the same as those pixels of the whole one.
+local function refused(words, ...)
+    local fine, message = pcall(load_map, 1, 12, scratch .. "picture.png", ...)
+    assert(not fine and message:find(words, 1, true), message)
+end
+new_map(1, 10, 23, 17)
+for y = 0, 16 do for x = 0, 22 do pixel(1, 10, x, y, random_pixel()) end end
+save_map(1, 10, scratch .. "picture.png")
+for _, part in ipairs {{0, 0, 23, 17}, {22, 16, 1, 1}, {4, 3, 9, 5}, {0, 16, 23, 1}} do
+    local left, top, w, h = table.unpack(part)
+    local loaded_w, loaded_h = load_map(1, 12, scratch .. "picture.png", left, top, w, h)
+    assert(loaded_w == w and loaded_h == h)
+    for y = 0, h - 1 do for x = 0, w - 1 do assert(pixel(1, 12, x, y) == pixel(1, 10, left + x, top + y)) end end
+end
+for _, part in ipairs {{-1, 0, 3, 3}, {0, -1, 3, 3}, {20, 0, 4, 3}, {0, 15, 3, 3}, {0, 0, 0, 3}, {0, 0, 3, -3}, {2147483647, 0, 1, 1},
+                       {0, 0, 1, 2147483647}} do
+    refused("picture.png is 23 x 17: there is no part of", table.unpack(part))
+end
+refused("four numbers", 1, 2, 3)
+assert(map_size(1, 12) == 23, "a part that does not exist replaces nothing")
+
 -- An indexed PNG with another palette is matched colour by colour at 8 bits; elsewhere it is just a picture.
 if bpp == 8 then
     local function palette(first, second)
