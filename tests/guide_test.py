@@ -2,6 +2,7 @@
 """The pages, those for script authors above all, against what they speak of: pictures, scripts, functions, fields."""
 import pathlib
 import re
+import struct
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
@@ -53,6 +54,19 @@ class Pages(unittest.TestCase):
             # A reader saves it in a folder beside demos/, so the way to the pictures is another.
             played = "".join(line for line in lines if not line.startswith("-- ")).replace('"../art/', '"../demos/art/')
             self.assertEqual(re.sub(" +--", " --", text), re.sub(" +--", " --", played))
+
+    def test_the_table_of_art_has_every_picture_and_its_size(self):
+        listed = {}
+        for names, sizes in re.findall(r"^\| !.*? \| (`\w+`.*?) \| (\d+ × .*?) \|", GUIDE.read_text(), re.MULTILINE):
+            names = re.sub(r"`depth1` to `depth9`", " ".join(f"`depth{n}`" for n in range(1, 10)), names)
+            names, sizes = re.findall(r"`(\w+)`", names), re.findall(r"(\d+) × (\d+)", sizes)
+            listed.update(zip(names, sizes if len(sizes) > 1 else sizes * len(names)))
+        found = {}
+        for path in (DEMOS / "art").glob("*.png"):
+            if not path.name.endswith(".8.png"):
+                width, height = struct.unpack(">II", path.read_bytes()[16:24])      # the first chunk of a PNG
+                found[path.stem] = (str(width), str(height))
+        self.assertEqual(listed, found)
 
     def test_everything_a_script_can_name_is_described(self):
         source, guide = (ROOT / "module/registration.cpp").read_text(), GUIDE.read_text()
