@@ -1,6 +1,8 @@
 #include "player/inspector/marks.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <optional>
 
 namespace player {
 namespace {
@@ -15,6 +17,27 @@ int projected(std::int64_t value, int from, int room, std::int64_t extent) {
     const std::int64_t scaled = near * room;
     const std::int64_t whole = scaled / extent - (scaled % extent < 0 ? 1 : 0);
     return from + static_cast<int>(whole);
+}
+
+bool overlap(const Area& a, const Area& b) {
+    return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height && b.y < a.y + a.height;
+}
+
+// The wanted place, or the nearest one straight below or above it that touches none of the taken ones.
+std::optional<Area> free_place(Area wanted, const Area& room, const std::vector<Area>& taken) {
+    if (wanted.width > room.width || wanted.height > room.height) return std::nullopt;
+    wanted.x = std::clamp(wanted.x, room.x, room.x + room.width - wanted.width);
+    wanted.y = std::clamp(wanted.y, room.y, room.y + room.height - wanted.height);
+    const int farthest = 3 * wanted.height;  // beyond that it would seem to belong to something else
+    for (const bool down : {true, false})
+        for (Area place = wanted; std::abs(place.y - wanted.y) <= farthest && place.y >= room.y &&
+                                  place.y + place.height <= room.y + room.height;) {
+            const auto other = std::find_if(taken.begin(), taken.end(),
+                                            [&place](const Area& area) { return overlap(area, place); });
+            if (other == taken.end()) return place;
+            place.y = down ? other->y + other->height : other->y - place.height;
+        }
+    return std::nullopt;
 }
 
 }  // namespace
@@ -53,17 +76,25 @@ void dashes(ImDrawList& list, const Area& line, ImU32 colour) {
     }
 }
 
-void tag(ImDrawList& list, int x, int y, const std::string& text, Rgba colour, const Area& room) {
-    const ImVec2 size = ImGui::CalcTextSize(text.c_str());
-    const int width = static_cast<int>(size.x) + 6, height = static_cast<int>(size.y) + 2;
-    x = std::max(room.x, std::min(x, room.x + room.width - width));
-    y = std::max(room.y, std::min(y, room.y + room.height - height));
-    fill(list, {x, y, width, height}, IM_COL32(12, 14, 20, 210));
-    list.AddText(corner(x + 3, y + 1), packed(colour), text.c_str());
-}
-
 void clip_to(ImDrawList& list, const Area& area) {
     list.PushClipRect(corner(area.x, area.y), corner(area.x + area.width, area.y + area.height));
+}
+
+int text_width(const std::string& text) {
+    return static_cast<int>(ImGui::CalcTextSize(text.c_str()).x);
+}
+
+void draw_tags(ImDrawList& list, const std::vector<Tag>& tags, const Area& room) {
+    constexpr ImU32 ground = IM_COL32(12, 14, 20, 170);
+    const int height = static_cast<int>(ImGui::GetFontSize()) + 2;
+    std::vector<Area> taken;
+    for (const Tag& tag : tags) {
+        const auto place = free_place({tag.x, tag.y, text_width(tag.text) + 6, height}, room, taken);
+        if (!place) continue;
+        taken.push_back(*place);
+        fill(list, *place, ground);
+        list.AddText(corner(place->x + 3, place->y + 1), packed(tag.colour), tag.text.c_str());
+    }
 }
 
 }  // namespace player

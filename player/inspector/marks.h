@@ -4,6 +4,7 @@
 #include <imgui.h>
 
 #include <string>
+#include <vector>
 
 #include "player/inspector/survey.h"
 #include "player/placement.h"
@@ -64,8 +65,21 @@ void fill(ImDrawList& list, const Area& area, ImU32 colour);
 void outline(ImDrawList& list, const Area& area, int thickness, ImU32 colour);
 // A thin area as a dashed line along its longer side.
 void dashes(ImDrawList& list, const Area& line, ImU32 colour);
-// Small text on a dark ground, its top left corner at (x, y) but moved so that it stays within `room`.
-void tag(ImDrawList& list, int x, int y, const std::string& text, Rgba colour, const Area& room);
 void clip_to(ImDrawList& list, const Area& area);
+
+// In pixels, in the present font.
+[[nodiscard]] int text_width(const std::string& text);
+
+// Small text on a dark ground.
+struct Tag {
+    int x;  // where its top left corner is wanted
+    int y;
+    std::string text;
+    Rgba colour;
+};
+// The first ones have the better places: a tag moves up or down a little when another is in its way, and is
+// left out when it finds no place in the room. No tag is ever cut or covered, since half a number is a wrong
+// number.
+void draw_tags(ImDrawList& list, const std::vector<Tag>& tags, const Area& room);
 
 }  // namespace player

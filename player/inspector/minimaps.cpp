@@ -7,22 +7,35 @@ namespace player {
 namespace {
 
 constexpr int cell_gap = 10;
-constexpr int label_height = 17;
+constexpr int line_height = 14;   // of the label above a map
+constexpr int label_gap = 3;      // below it
+constexpr int least_height = 40;  // that a label of several lines leaves its map
+constexpr int piece_gap = 10;     // between two parts of a line
 constexpr Rgba ground{20, 22, 29, 255};
 
-// Each pixel the mean of what it stands for, over the panel's dark ground where the map is transparent.
-Picture thumbnail(const host::Image& map, int width, int height) {
+// The first source pixel that pixel `i` of `count` stands for.
+int first_of(int i, int extent, int count) {
+    return static_cast<int>(std::int64_t{i} * extent / count);
+}
+
+// Each pixel the mean of what it stands for, over the panel's dark ground where the map is transparent. Of
+// large maps a sample is enough: at most eight by eight pixels for each of the picture.
+Picture thumbnail(const host::Map& map, const host::Palette& palette, int width, int height) {
+    constexpr int most_samples = 8;
+    const bool alpha = map.bits_per_pixel() == 32 && map.record().alpha_flag != 0;
     Picture result(width, height);
     for (int y = 0; y < height; ++y) {
-        const int top = y * map.height / height, bottom = std::max(top + 1, (y + 1) * map.height / height);
+        const int top = first_of(y, map.height(), height),
+                  bottom = std::max(top + 1, first_of(y + 1, map.height(), height));
+        const int down = 1 + (bottom - top - 1) / most_samples;
         for (int x = 0; x < width; ++x) {
-            const int left = x * map.width / width, right = std::max(left + 1, (x + 1) * map.width / width);
+            const int left = first_of(x, map.width(), width),
+                      right = std::max(left + 1, first_of(x + 1, map.width(), width));
+            const int across = 1 + (right - left - 1) / most_samples;
             int r = 0, g = 0, b = 0, n = 0;
-            for (int sy = top; sy < bottom; ++sy)
-                for (int sx = left; sx < right; ++sx, ++n) {
-                    const Rgba p =
-                        map.pixels[static_cast<std::size_t>(sy) * static_cast<std::size_t>(map.width) +
-                                   static_cast<std::size_t>(sx)];
+            for (int sy = top; sy < bottom; sy += down)
+                for (int sx = left; sx < right; sx += across, ++n) {
+                    const Rgba p = host::from_pixel(map.pixel(sx, sy), map.bits_per_pixel(), palette, alpha);
                     r += (p.r * p.a + ground.r * (255 - p.a)) / 255;
                     g += (p.g * p.a + ground.g * (255 - p.a)) / 255;
                     b += (p.b * p.a + ground.b * (255 - p.a)) / 255;
@@ -34,6 +47,24 @@ Picture thumbnail(const host::Image& map, int width, int height) {
     return result;
 }
 
+// Lines of a label, each of pieces that are never broken; empty when they do not fit.
+using Lines = std::vector<std::vector<std::string>>;
+Lines flow(const std::vector<std::string>& pieces, int width, std::size_t most_lines) {
+    Lines lines;
+    int used = 0;
+    for (const std::string& piece : pieces) {
+        const int length = text_width(piece);
+        if (length > width) return {};
+        if (lines.empty() || used + piece_gap + length > width) {
+            lines.emplace_back();
+            used = -piece_gap;
+        }
+        lines.back().push_back(piece);
+        used += piece_gap + length;
+    }
+    return lines.size() <= most_lines ? lines : Lines{};
+}
+
 class Minimap {
   public:
     Minimap(const Area& cell, const ScrollSurvey& scroll, std::size_t plane)
@@ -42,7 +73,7 @@ class Minimap {
     void draw(host::Engine& engine, Canvas& canvas, int texture, bool renew) {
         ImDrawList& list = *ImGui::GetWindowDrawList();
         clip_to(list, cell_);
-        draw_label(list);
+        const int label_height = draw_label(list) + label_gap;
         const Area room{cell_.x, cell_.y + label_height, cell_.width, cell_.height - label_height};
         const host::Map* map = engine.files().find_map(scroll_.file, plane_.graph);
         if (map == nullptr || room.height < 8) {
@@ -51,8 +82,7 @@ class Minimap {
         } else {
             const Area at = place_map(room);
             if (renew || !canvas.has_texture(texture, at.width, at.height))
-                canvas.keep_texture(texture,
-                                    thumbnail(host::to_image(*map, engine.palette()), at.width, at.height));
+                canvas.keep_texture(texture, thumbnail(*map, engine.palette(), at.width, at.height));
             list.AddImage(canvas.texture(texture), {static_cast<float>(at.x), static_cast<float>(at.y)},
                           {static_cast<float>(at.x + at.width), static_cast<float>(at.y + at.height)});
             draw_marks(list, Projection(at, plane_.map_width, plane_.map_height));
@@ -62,16 +92,30 @@ class Minimap {
     }
 
   private:
-    void draw_label(ImDrawList& list) const {
-        const std::string name = "scroll " + std::to_string(scroll_.number) + (front_ ? " front" : " back");
-        list.AddText({static_cast<float>(cell_.x), static_cast<float>(cell_.y)}, packed(ink), name.c_str());
-        const std::string figures =
-            std::to_string(scroll_.file) + "/" + std::to_string(plane_.graph) + "  " +
-            std::to_string(plane_.map_width) + " x " + std::to_string(plane_.map_height) + "  at " +
-            std::to_string(plane_.position.x) + ", " + std::to_string(plane_.position.y);
-        const float offset = ImGui::CalcTextSize(name.c_str()).x + 10;
-        list.AddText({static_cast<float>(cell_.x) + offset, static_cast<float>(cell_.y)}, packed(faint),
-                     figures.c_str());
+    // What fits whole of name, picture, size and place, the size being the first to go. Returns the height.
+    [[nodiscard]] int draw_label(ImDrawList& list) const {
+        const auto text = [](std::int64_t value) { return std::to_string(value); };
+        const std::string short_name = text(scroll_.number) + (front_ ? " front" : " back");
+        const std::string name = "scroll " + short_name;
+        const std::string picture = text(scroll_.file) + "/" + text(plane_.graph);
+        const std::string size = text(plane_.map_width) + " x " + text(plane_.map_height);
+        const std::string at = "at " + text(plane_.position.x) + ", " + text(plane_.position.y);
+        const int room = (cell_.height - label_gap - least_height) / line_height;
+        Lines lines;
+        for (const auto& pieces : std::vector<std::vector<std::string>>{
+                 {name, picture, size, at}, {name, picture, at}, {name, picture}, {short_name, picture}})
+            if (lines.empty()) lines = flow(pieces, cell_.width, static_cast<std::size_t>(std::max(1, room)));
+        int y = cell_.y;
+        for (const auto& line : lines) {
+            int x = cell_.x;
+            for (const std::string& piece : line) {
+                list.AddText({static_cast<float>(x), static_cast<float>(y)},
+                             packed(&piece == &lines[0][0] ? ink : faint), piece.c_str());
+                x += text_width(piece) + piece_gap;
+            }
+            y += line_height;
+        }
+        return y - cell_.y;
     }
 
     // As large as fits, in the map's proportions, with a margin for the edges' marks.

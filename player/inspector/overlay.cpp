@@ -9,6 +9,8 @@
 namespace player {
 namespace {
 
+constexpr int line_height = 15;  // of a tag
+
 std::string text_of(std::int64_t value) {
     return std::to_string(value);
 }
@@ -38,10 +40,19 @@ class Overlay {
         list_.PopClipRect();
     }
 
+    // At half its height, since games write into the corners.
     void name_view(const Rect& view, const std::string& name) {
         if (!shown_(Mark::view)) return;
         const Area area = to_picture_(view);
-        tag(list_, area.x + thickness_, area.y + thickness_, name, colour_of(Mark::view), to_picture_.room());
+        names_.push_back(
+            {area.x + thickness_, area.y + area.height / 2 - line_height / 2, name, colour_of(Mark::view)});
+    }
+
+    // Once all marks are drawn, so that none crosses a figure.
+    void draw_all_tags() {
+        std::vector<Tag> tags = std::move(figures_);
+        tags.insert(tags.end(), names_.begin(), names_.end());
+        draw_tags(list_, tags, to_picture_.room());
     }
 
   private:
@@ -59,7 +70,7 @@ class Overlay {
         if (rect.empty()) return;
         const Area area = to_picture_(rect);
         outline(list_, area, thickness_, packed(colour_of(mark)));
-        tag(list_, area.x + thickness_, area.y + thickness_, name, colour_of(mark), to_picture_.room());
+        names_.push_back({area.x + thickness_, area.y + thickness_, name, colour_of(mark)});
     }
 
     void draw_map_edges(const ScrollSurvey& scroll) {
@@ -110,15 +121,16 @@ class Overlay {
     }
     void figure(int x, int y, std::int64_t distance) {
         const std::string text = text_of(distance);
-        const ImVec2 size = ImGui::CalcTextSize(text.c_str());
-        tag(list_, x - static_cast<int>(size.x) / 2 - 3, y - static_cast<int>(size.y) / 2 - 1, text,
-            colour_of(Mark::camera), to_picture_.room());
+        figures_.push_back(
+            {x - text_width(text) / 2 - 3, y - line_height / 2, text, colour_of(Mark::camera)});
     }
 
     ImDrawList& list_;
     const Projection& to_picture_;
     int thickness_;
     const Shown& shown_;
+    std::vector<Tag> figures_;
+    std::vector<Tag> names_;
 };
 
 }  // namespace
@@ -143,6 +155,7 @@ void draw_overlay(const Survey& survey, const Placement& placed, const Shown& sh
             same->second += ", " + text_of(scroll.number);
     }
     for (const auto& [view, name] : names) overlay.name_view(view, name);
+    overlay.draw_all_tags();
     list.PopClipRect();
 }
 

@@ -4,7 +4,10 @@
 #include <doctest/doctest.h>
 
 #include <algorithm>
+#include <array>
+#include <cctype>
 #include <cstring>
+#include <map>
 #include <random>
 #include <set>
 
@@ -53,7 +56,145 @@ std::string describe(const char* field, int by) {
     return std::string(field) + (by < 0 ? " one less" : " one more");
 }
 
+// The words of the last picture, read from the glyphs that ImGui drew; "\1" stands for one that is cut at its
+// side. Rows that are scrolled half out of sight are left out, and `covered` counts glyphs that were drawn
+// over.
+std::vector<std::string> words_drawn(int& covered) {
+    std::map<std::array<float, 2>, char> letters;
+    for (char c = '!'; c <= '~'; ++c) {
+        const ImFontGlyph* glyph = ImGui::GetFont()->FindGlyph(static_cast<ImWchar>(c));
+        letters[{glyph->U0, glyph->V0}] = c;
+    }
+    const ImVec2 white = ImGui::GetIO().Fonts->TexUvWhitePixel;
+    std::vector<std::string> words;
+    std::vector<ImVec4> glyphs;
+    ImVec2 next{-1, -1};
+    for (const ImDrawList* list :
+         std::span(ImGui::GetDrawData()->CmdLists, ImGui::GetDrawData()->CmdListsCount))
+        for (const ImDrawCmd& command : list->CmdBuffer) {
+            if (command.GetTexID() != ImGui::GetIO().Fonts->TexID) continue;
+            for (unsigned i = 0; i < command.ElemCount; i += 3) {
+                const auto corner = [&](unsigned j) -> const ImDrawVert& {
+                    const unsigned index = list->IdxBuffer[static_cast<int>(command.IdxOffset + i + j)];
+                    return list->VtxBuffer[static_cast<int>(command.VtxOffset + index)];
+                };
+                const ImDrawVert &a = corner(0), &b = corner(1), &c = corner(2);
+                if (a.uv.x == white.x && a.uv.y == white.y) {
+                    if (a.col >> IM_COL32_A_SHIFT < 100) continue;
+                    const auto [left, right] = std::minmax({a.pos.x, b.pos.x, c.pos.x});
+                    const auto [top, bottom] = std::minmax({a.pos.y, b.pos.y, c.pos.y});
+                    for (const ImVec4& g : glyphs)
+                        covered += left < g.z && right > g.x && top < g.w && bottom > g.y;
+                    continue;
+                }
+                i += 3;  // the other half of the same glyph
+                const ImVec4& clip = command.ClipRect;
+                if (a.pos.y < clip.y || c.pos.y >= clip.w) continue;
+                const auto letter = letters.find({a.uv.x, a.uv.y});
+                const char sign =
+                    letter == letters.end() || a.pos.x < clip.x || c.pos.x > clip.z ? '\1' : letter->second;
+                const ImFontGlyph* glyph = ImGui::GetFont()->FindGlyph(static_cast<ImWchar>(sign));
+                if (glyph->U1 != c.uv.x) words.emplace_back("\1");
+                const ImVec2 pen{a.pos.x - glyph->X0, a.pos.y - glyph->Y0};
+                if (std::abs(pen.x - next.x) > 0.5F || std::abs(pen.y - next.y) > 0.5F) words.emplace_back();
+                words.back() += sign;
+                next = {pen.x + glyph->AdvanceX, pen.y};
+                glyphs.emplace_back(a.pos.x, a.pos.y, c.pos.x, c.pos.y);
+            }
+        }
+    return words;
+}
+
+// Every number that the inspector may tell about a survey.
+std::set<std::int64_t> numbers_of(const Survey& survey, Stage& stage) {
+    std::set<std::int64_t> numbers;
+    const auto add = [&](const Rect& r) { numbers.insert({r.x, r.y, r.width, r.height}); };
+    for (const ScrollSurvey& scroll : survey.scrolls) {
+        numbers.insert(
+            {scroll.number, scroll.z, scroll.file, scroll.destination_file, scroll.destination_graph});
+        for (const char* field : {"camera", "ratio", "speed", "region1", "region2", "z", "x0", "y0", "x1",
+                                  "y1", "alpha", "visible", "file", "graph1", "graph2"})
+            numbers.insert(stage.field(field, scroll.number));
+        add(scroll.view);
+        for (const PlaneSurvey& plane : scroll.planes)
+            add({plane.position.x, plane.position.y, plane.map_width, plane.map_height});
+        for (const SpriteSurvey& sprite : scroll.sprites) {
+            numbers.insert({sprite.z, sprite.file, sprite.graph});
+            add({sprite.position.x, sprite.position.y, 0, 0});
+            if (sprite.clip) add(*sprite.clip);
+        }
+        for (std::size_t i = 0; i <= scroll.sprites.size(); ++i) numbers.insert(static_cast<std::int64_t>(i));
+        if (!scroll.camera) continue;
+        const CameraSurvey& camera = *scroll.camera;
+        add({camera.world.x, camera.world.y, camera.on_destination.x, camera.on_destination.y});
+        for (const Rect& rect : {scroll.view, scroll.region1.value().rect, scroll.region2.value().rect}) {
+            const Distances far = distances(camera.on_destination, rect);
+            numbers.insert({far.left, far.right, far.top, far.bottom});
+        }
+    }
+    return numbers;
+}
+
 }  // namespace
+
+TEST_CASE("no number is ever cut or covered, however long it is and however small the window") {
+    std::size_t told = 0;
+    for (unsigned seed = 1; seed <= 25; ++seed) {
+        Stage stage(seed);
+        CAPTURE(seed);
+        Inspector inspector(stage.engine);
+        const auto long_number = [&] {
+            return static_cast<std::int32_t>(stage.random()) >> stage.random() % 24;
+        };
+        const unsigned scrolls = 1 + stage.random() % 10;
+        for (unsigned i = 0; i < scrolls; ++i)
+            stage.engine.call("scroll_start",
+                              {static_cast<std::int32_t>(i), 1, 10, 11, seed % 2 ? -1 : 3, 15, 1});
+        stage.camera->x = long_number();
+        stage.camera->y = long_number();
+        stage.camera->z = long_number();
+        stage.camera->region = 4;
+        stage.field("camera") = host::Processes::id_of(*stage.camera);
+        stage.field("region1") = 1;
+        stage.field("region2") = 2;
+        for (const char* field : {"x0", "y0", "x1", "y1", "z", "alpha"})
+            stage.field(field, static_cast<int>(scrolls) - 1) = long_number();
+        stage.engine.frame();
+        inspector.look();
+        const std::set<std::int64_t> numbers = numbers_of(inspector.survey(), stage);
+        const Picture screen(stage.engine.screenshot());
+        for (const Area& size : {Area{0, 0, 1356, 750},
+                                 {0, 0, 900, 500},
+                                 {0, 0, 492, 274},
+                                 {0, 0, 300, 700},
+                                 {0, 0, 230, 160},
+                                 {0, 0, 90, 60}}) {
+            CAPTURE(size.width);
+            Canvas canvas(size.width, size.height);
+            canvas.begin();
+            inspector.draw(canvas, screen);
+            canvas.finish();
+            int covered = 0;
+            for (const std::string& word : words_drawn(covered)) {
+                CAPTURE(word);
+                REQUIRE(word.find('\1') == std::string::npos);
+                for (std::size_t at = 0; at < word.size(); ++at) {
+                    if (std::isdigit(static_cast<unsigned char>(word[at])) == 0) continue;
+                    const std::size_t start = at > 0 && word[at - 1] == '-' ? at - 1 : at;
+                    std::size_t length = 0;
+                    const std::int64_t number = std::stoll(word.substr(start), &length);
+                    at = start + length;
+                    // Digits behind a letter belong to a name, such as region1.
+                    if (start > 0 && std::isalpha(static_cast<unsigned char>(word[start - 1])) != 0) continue;
+                    REQUIRE(numbers.contains(number));
+                    ++told;
+                }
+            }
+            REQUIRE(covered == 0);
+        }
+    }
+    CHECK(told > 5000);
+}
 
 TEST_CASE("the parts of a map that a view shows are the map pixels under its pixels") {
     std::mt19937 random(1);
