@@ -14,7 +14,7 @@ set(sdk_documents share/doc/RVK_mod_scroll2D)
 install(TARGETS RVK_mod_scroll2D LIBRARY DESTINATION lib/rvk)
 install(FILES module/host_records.h DESTINATION include/rvk)
 install(FILES docs/host-authors.md docs/exactness.md DESTINATION ${sdk_documents})
-install(DIRECTORY docs/host DESTINATION ${sdk_documents} FILES_MATCHING PATTERN "*.svg")
+install(DIRECTORY docs/host DESTINATION ${sdk_documents} FILES_MATCHING PATTERN "*.svg" PATTERN "*.png")
 install(FILES examples/one_page_host.c DESTINATION ${sdk_documents}/examples)
 
 # The film of the plane buffer, made from the buffer's own code: tools/ring_movie.py runs it.

@@ -5,10 +5,14 @@
  *     cc -m32 -std=c99 -I PREFIX/include one_page_host.c -ldl -o one_page_host
  *     ./one_page_host PREFIX/lib/rvk/RVK_mod_scroll2D.so picture.ppm
  *
+ * What goes wrong is said on standard error; the exit status is then 1, or 2 for a wrong command line.
+ *
  * It has no interpreter, no processes and no files, so it fills only the slots that a scroll without sprites
  * reaches. The guide (host-authors.md) says what each slot must do in a full host.
  */
 #include <dlfcn.h>
+#include <errno.h>
+#include <stdarg.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -19,6 +23,17 @@
 
 enum { screen_width = 320, screen_height = 200, map_width = 192, map_height = 160 };
 enum { scrolls = 10, field_x0 = 8, field_y0 = 9, fields = 15 }; /* the script global scroll[10] */
+
+/* Says what failed; 0, so that it can be returned as a failure. */
+static int failed(const char* what, ...) {
+    va_list values;
+    va_start(values, what);
+    fputs("one_page_host: ", stderr);
+    vfprintf(stderr, what, values);
+    fputc('\n', stderr);
+    va_end(values);
+    return 0;
+}
 
 /* ---- Data that the host owns and the module borrows. Pixels are 32 bits; here byte 0 is red. */
 static uint32_t screen_pixels[screen_height][screen_width], map_pixels[map_height][map_width];
@@ -100,7 +115,9 @@ static int32_t PopInt(void) { return arguments[--arguments_left]; }
 static int32_t ReturnInt(int32_t value) { return result = value; }
 static int32_t RaiseError(int32_t code, const char* function, int32_t zero, int32_t argument, int32_t value) {
     (void)zero;
-    return fprintf(stderr, "error %d in %s, argument %d: %d\n", (int)code, function, (int)argument, (int)value);
+    return failed("%s: %s (error %d, argument %d, value %d)", function,
+                  code == 100 ? "no memory for the buffer of a plane" : "refused; the guide lists the errors",
+                  (int)code, (int)argument, (int)value);
 }
 static int32_t GlobalOffset(int32_t zero, const char* name) {
     return (void)zero, (void)name, 0; /* "scroll.camera" is the first field of the only global */
@@ -139,23 +156,28 @@ static int load(const char* path) {
         .RegisterConstants = RegisterConstants, .RegisterGlobals = RegisterGlobals,
         .RegisterFunctions = RegisterFunctions, .RegisterHooks = RegisterHooks, .GetRuntime = GetRuntime};
     int32_t (*exports)(const ExportRegistrar*) = NULL;
+    if (strchr(path, '/') == NULL) /* dlopen would look among the system's libraries, and not here */
+        return failed("%s: write a path with a slash, ./%s for a file in this folder", path, path);
     void* const module = dlopen(path, RTLD_NOW | RTLD_LOCAL);
-    void* const symbol = module != NULL ? dlsym(module, "RVK_mod_scroll2D_MainLibraryExports") : NULL;
-    if (symbol == NULL) {
-        fprintf(stderr, "cannot load the module: %s\n", dlerror());
-        return 0;
-    }
+    if (module == NULL) return failed("cannot load the module: %s", dlerror());
+    void* const symbol = dlsym(module, "RVK_mod_scroll2D_MainLibraryExports");
+    if (symbol == NULL) return failed("this is another library: %s", dlerror());
     memcpy(&exports, &symbol, sizeof exports); /* C has no cast from a data pointer to a function pointer */
-    return exports(&registrar) == 1 && scroll_start != NULL && hooks[1] && hooks[2] && hooks[4];
+    if (exports(&registrar) != 1) return failed("the module did not register itself");
+    if (scroll_start == NULL) return failed("the module registered no scroll_start with six arguments");
+    if (!hooks[1] || !hooks[2] || !hooks[4]) return failed("the module registered no init, frame or release hook");
+    return 1;
 }
 
 /* ---- One frame: the hook schedules the scrolls, and drawing the main list calls the module back. */
-static void frame(void) {
+static int frame(void) {
+    int32_t drawn = 0;
     SelectBlitList(NULL);
     hooks[2]();
     SortBlitList();
-    for (int32_t i = 0; i < main_list.count; ++i) main_list.order[i]->draw(main_list.order[i]);
+    for (int32_t i = 0; i < main_list.count; ++i) drawn += main_list.order[i]->draw(main_list.order[i]);
     ClearBlitList(); /* the module has selected the main list again */
+    return drawn == 1 ? 1 : failed("%d scrolls were drawn where one runs", (int)drawn);
 }
 
 static void paint_map(void) { /* soft diagonal stripes, and a dot in every field of 32 x 32 */
@@ -170,34 +192,40 @@ static void paint_map(void) { /* soft diagonal stripes, and a dot in every field
 
 static int write_picture(const char* path) {
     FILE* const out = fopen(path, "wb");
-    if (out == NULL) return 0;
+    if (out == NULL) return failed("cannot write %s: %s", path, strerror(errno));
     fprintf(out, "P6\n%d %d\n255\n", screen_width, screen_height);
     for (int32_t i = 0; i < screen_width * screen_height; ++i) {
         fwrite(&screen_pixels[i / screen_width][i % screen_width], 1, 3, out); /* red, green, blue; not byte 3 */
     }
-    return fclose(out) == 0;
+    const int complete = !ferror(out);
+    return (fclose(out) == 0 && complete) || failed("cannot write all of %s: %s", path, strerror(errno));
+}
+
+/* Scroll 0, file 1, map 10 in front and none behind, through region 1, repeating across and down (1 | 2). */
+static int play(void) {
+    static const int32_t start_arguments[] = {0, 1, 10, 0, 1, 3};
+    arguments = start_arguments;
+    arguments_left = argument_count = 6;
+    if (scroll_start() != 0 || result != 0) /* the scroll's number, or 0x80000000 after an error */
+        return failed("the scroll did not start");
+
+    for (int32_t i = 0; i < 60; ++i) {
+        globals[0][field_x0] += 5; /* the script's own fields: where the scroll is to go */
+        globals[0][field_y0] -= 2;
+        if (!frame()) return 0;
+    }
+    return 1;
 }
 
 int main(int argc, char** argv) {
-    /* scroll 0, file 1, map 10 in front and none behind, through region 1, repeating across and down (1 | 2) */
-    static const int32_t start_arguments[] = {0, 1, 10, 0, 1, 3};
     if (argc != 3) {
-        fprintf(stderr, "usage: %s MODULE PICTURE.ppm\n", argv[0]);
+        fprintf(stderr, "usage: %s MODULE PICTURE.ppm\n", argc > 0 ? argv[0] : "one_page_host");
         return 2;
     }
     if (!load(argv[1])) return 1;
     hooks[1]();
     paint_map();
-
-    arguments = start_arguments;
-    arguments_left = argument_count = 6;
-    if (scroll_start() != 0 || result != 0) return 1; /* the scroll's number, or 0x80000000 after an error */
-
-    for (int32_t i = 0; i < 60; ++i) {
-        globals[0][field_x0] += 5; /* the script's own fields: where the scroll is to go */
-        globals[0][field_y0] -= 2;
-        frame();
-    }
+    const int played = play();
     hooks[4]();
-    return write_picture(argv[2]) ? 0 : 1;
+    return played && write_picture(argv[2]) ? 0 : 1;
 }

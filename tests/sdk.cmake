@@ -2,8 +2,9 @@
 scroll2d_test(one_page_host_test one_page_host_test.cpp)
 target_compile_definitions(one_page_host_test PRIVATE
     ONE_PAGE_HOST="$<TARGET_FILE:one_page_host>"
-    SCROLL2D_MODULE="$<TARGET_FILE:RVK_mod_scroll2D>")
-add_dependencies(one_page_host_test one_page_host RVK_mod_scroll2D)
+    SCROLL2D_MODULE="$<TARGET_FILE:RVK_mod_scroll2D>"
+    STANDIN_STEM="$<TARGET_FILE_DIR:standin_0>/standin_")
+add_dependencies(one_page_host_test one_page_host RVK_mod_scroll2D standin_0 standin_7)
 
 set(sdk_flags)
 if(SCROLL2D_SANITIZE)
@@ -14,7 +15,10 @@ add_test(NAME sdk_test
         "-DFLAGS=${sdk_flags}" -D REFERENCE=$<TARGET_FILE:one_page_host>.ppm
         -P ${CMAKE_CURRENT_SOURCE_DIR}/sdk_test.cmake)
 set_tests_properties(one_page_host_test PROPERTIES FIXTURES_SETUP one_page_picture)
-set_tests_properties(sdk_test PROPERTIES FIXTURES_REQUIRED one_page_picture)
+add_test(NAME one_page_picture
+    COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/one_page_picture.py $<TARGET_FILE:one_page_host>.ppm
+        ${CMAKE_SOURCE_DIR}/docs/host/one_page_host.png)
+set_tests_properties(sdk_test one_page_picture PROPERTIES FIXTURES_REQUIRED one_page_picture)
 
 add_test(NAME pointers_test
     COMMAND ${CMAKE_COMMAND} -D ROOT=${CMAKE_SOURCE_DIR} -P ${CMAKE_CURRENT_SOURCE_DIR}/pointers_test.cmake)
