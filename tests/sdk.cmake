@@ -19,6 +19,12 @@ add_test(NAME one_page_picture
     COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/one_page_picture.py $<TARGET_FILE:one_page_host>.ppm
         ${CMAKE_SOURCE_DIR}/docs/host/one_page_host.png)
 set_tests_properties(sdk_test one_page_picture PROPERTIES FIXTURES_REQUIRED one_page_picture)
+if(NOT SCROLL2D_SANITIZE) # builds the module as it ships
+    add_test(NAME host_guide
+        COMMAND ${CMAKE_COMMAND} -D ROOT=${CMAKE_SOURCE_DIR} -D FOLDER=${CMAKE_BINARY_DIR}/host_guide
+            -D REFERENCE=$<TARGET_FILE:one_page_host>.ppm -P ${CMAKE_CURRENT_SOURCE_DIR}/host_guide_test.cmake)
+    set_tests_properties(host_guide PROPERTIES FIXTURES_REQUIRED one_page_picture LABELS slow)
+endif()
 
 add_test(NAME pointers_test
     COMMAND ${CMAKE_COMMAND} -D ROOT=${CMAKE_SOURCE_DIR} -P ${CMAKE_CURRENT_SOURCE_DIR}/pointers_test.cmake)
