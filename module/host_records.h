@@ -37,8 +37,13 @@ extern "C" {
 #define RVK_GAP_16 RVK_GAP_8 RVK_GAP_8
 #define RVK_GAP_32 RVK_GAP_16 RVK_GAP_16
 
-/* Holds a field to its word, or to its byte where it is smaller than a word. */
-#if defined(__cplusplus)
+/* Holds a field to its word, or to its byte where it is smaller than a word. Where the target is wrong, that
+ * is the only thing to be said: the asserts would all fail.
+ */
+#if UINTPTR_MAX != 0xffffffff
+#error "RVK_mod_scroll2D is for targets with pointers of 4 bytes: compile with -m32"
+#define RVK_LAYOUT(condition) struct rvk_wrong_target
+#elif defined(__cplusplus)
 #define RVK_LAYOUT(condition) static_assert(condition, #condition)
 #elif defined(__STDC_VERSION__) && __STDC_VERSION__ >= 201112L
 #define RVK_LAYOUT(condition) _Static_assert(condition, #condition)
@@ -50,7 +55,7 @@ extern "C" {
 #define RVK_AT_BYTE(record, field, byte) RVK_LAYOUT(offsetof(record, field) == (byte))
 #define RVK_AT_WORD(record, field, word) RVK_AT_BYTE(record, field, 4 * (word))
 
-RVK_LAYOUT(sizeof(void*) == 4); /* build with a 32-bit target */
+RVK_LAYOUT(sizeof(void*) == 4);
 
 /* ---- Maps, regions, points ---------------------------------------------------------------------------- */
 

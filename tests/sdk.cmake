@@ -26,6 +26,19 @@ if(NOT SCROLL2D_SANITIZE) # builds the module as it ships
     set_tests_properties(host_guide PROPERTIES FIXTURES_REQUIRED one_page_picture LABELS slow)
 endif()
 
+# Both compilers that hosts are likely to use, where they are installed.
+find_program(SCROLL2D_CLANG clang)
+find_program(SCROLL2D_CLANGXX clang++)
+set(c_compilers ${CMAKE_C_COMPILER})
+set(cxx_compilers ${CMAKE_CXX_COMPILER})
+if(SCROLL2D_CLANG AND SCROLL2D_CLANGXX)
+    list(APPEND c_compilers ${SCROLL2D_CLANG})
+    list(APPEND cxx_compilers ${SCROLL2D_CLANGXX})
+endif()
+add_test(NAME header_test
+    COMMAND ${CMAKE_COMMAND} -D INCLUDE=${CMAKE_BINARY_DIR}/include -D FOLDER=${CMAKE_BINARY_DIR}/header_test
+        "-DCC=${c_compilers}" "-DCXX=${cxx_compilers}" -P ${CMAKE_CURRENT_SOURCE_DIR}/header_test.cmake)
+
 add_test(NAME pointers_test
     COMMAND ${CMAKE_COMMAND} -D ROOT=${CMAKE_SOURCE_DIR} -P ${CMAKE_CURRENT_SOURCE_DIR}/pointers_test.cmake)
 
