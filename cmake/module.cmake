@@ -38,7 +38,7 @@ target_compile_options(scroll2d_objects PRIVATE
 
 if(NOT SCROLL2D_SANITIZE)
     target_compile_options(scroll2d_objects PRIVATE
-        $<$<CONFIG:Release>:-O3>
+        $<$<CONFIG:Release>:-O2>
         # The finished file may import malloc, free and memcpy only: no memset or memmove made from loops.
         -fno-tree-loop-distribute-patterns -fno-stack-protector
         # No exception passes through the module, and a debugger finds its unwinding beside the symbols.
@@ -46,9 +46,10 @@ if(NOT SCROLL2D_SANITIZE)
         -ffunction-sections -fdata-sections)
 endif()
 
-# The loops over rows stay one: without these GCC makes copies of them for the rows before and after the wrap.
+# Rules are laid over rows in vectors. The loops over rows stay one: without the last two options GCC makes copies of
+# them for the rows before and after the wrap.
 set_source_files_properties(render/plane_single.cpp render/plane_layer.cpp render/plane_parallax.cpp PROPERTIES
-    COMPILE_OPTIONS "$<$<CXX_COMPILER_ID:GNU>:-fno-unswitch-loops;-fno-split-loops>")
+    COMPILE_OPTIONS "$<$<CONFIG:Release>:-O3>;$<$<CXX_COMPILER_ID:GNU>:-fno-unswitch-loops;-fno-split-loops>")
 
 add_library(RVK_mod_scroll2D MODULE $<TARGET_OBJECTS:scroll2d_objects>)
 set_target_properties(RVK_mod_scroll2D PROPERTIES
@@ -57,6 +58,8 @@ set_target_properties(RVK_mod_scroll2D PROPERTIES
     LINK_DEPENDS ${CMAKE_SOURCE_DIR}/module/exports.map)
 target_link_options(RVK_mod_scroll2D PRIVATE
     -Wl,--version-script=${CMAKE_SOURCE_DIR}/module/exports.map -Wl,-z,defs -Wl,--gc-sections
+    # Code and constants share their pages; apart, they would be filled up with zeros.
+    -Wl,-z,noseparate-code
     # Other modules of a host may export names of their own like ours.
     -Wl,-Bsymbolic)
 if(SCROLL2D_SANITIZE)
