@@ -48,6 +48,12 @@ def mix(a, b, t):
     return np.asarray(a, float) * (1.0 - t) + np.asarray(b, float) * t
 
 
+def closed(line):
+    """The line with its right end bent to where it begins, so that it can be repeated."""
+    x, reach = np.arange(len(line)), 240
+    return line + (line[0] - line[-1]) * smoothstep(len(line) - reach, len(line), x)
+
+
 def wave(width, octaves, rng, rough=0.5):
     """A seamless line of noise, -1 to 1: octaves is a list of whole numbers of periods in the width."""
     x = np.arange(width) / width * 2.0 * math.pi
@@ -82,26 +88,32 @@ def _stretch(grid, size, axis):
 
 
 class Canvas:
-    """An RGBA picture painted at SCALE times its size."""
+    """An RGBA picture painted at SCALE times its size. What reaches over a side of one that `wraps` enters on the other."""
 
-    def __init__(self, width, height, scale=SCALE):
-        self.width, self.height, self.scale = width, height, scale
+    def __init__(self, width, height, scale=SCALE, wraps=False):
+        self.width, self.height, self.scale, self.wraps = width, height, scale, wraps
         self.image = Image.new("RGBA", (width * scale, height * scale), (0, 0, 0, 0))
         self.pen = ImageDraw.Draw(self.image)
 
+    def _placed(self, points, reach=0.0):
+        """The points at each place where something of that reach around them shows, in pixels of the image."""
+        across = [x for x, _ in points] or [0]
+        low, high = min(across) - reach, max(across) + reach
+        for shift in (0, self.width, -self.width) if self.wraps else (0,):
+            if shift == 0 or (low + shift < self.width and high + shift > 0):
+                yield [((x + shift) * self.scale, y * self.scale) for x, y in points]
+
     def polygon(self, points, colour, alpha=255):
-        s = self.scale
-        self.pen.polygon([(x * s, y * s) for x, y in points], fill=(*colour, alpha))
+        for placed in self._placed(points):
+            self.pen.polygon(placed, fill=(*colour, alpha))
 
     def stroke(self, points, width, colour, alpha=255):
-        s = self.scale
-        self.pen.line(
-            [(x * s, y * s) for x, y in points], fill=(*colour, alpha), width=max(1, round(width * s)), joint="curve"
-        )
+        for placed in self._placed(points, width):
+            self.pen.line(placed, fill=(*colour, alpha), width=max(1, round(width * self.scale)), joint="curve")
 
     def disc(self, x, y, rx, ry, colour, alpha=255):
-        s = self.scale
-        self.pen.ellipse([(x - rx) * s, (y - ry) * s, (x + rx) * s, (y + ry) * s], fill=(*colour, alpha))
+        for box in self._placed([(x - rx, y - ry), (x + rx, y + ry)]):
+            self.pen.ellipse([*box[0], *box[1]], fill=(*colour, alpha))
 
     def dab(self, x, y, length, breadth, angle, colour, alpha=255):
         """A leaf-shaped touch of the brush; the angle is in radians."""

@@ -1,9 +1,12 @@
-"""Paints every picture of the demos: `python3 build.py` (needs numpy and Pillow; takes about two minutes).
+"""Paints every picture of the demos: `python3 build.py` (needs numpy and Pillow; takes about a minute).
 
-NAME.png is in true colour, with alpha where the picture has any; NAME.8.png is the same in the common palette.
+NAME.png is in true colour, with alpha where the picture has any; NAME.8.png is the same in the common palette. That is
+the palette of the pictures that are there, so that a change of one leaves the others as they are; `python3 build.py
+palette` chooses its colours anew.
 """
 
 import os
+import sys
 
 import numpy as np
 from PIL import Image
@@ -67,7 +70,9 @@ def true_colour(colour, alpha):
 
 def main():
     pictures = paint_all()
-    colours = palette.build(pictures, SHARES)
+    kept = os.path.join(HERE, "hero.8.png")
+    anew = sys.argv[1:] == ["palette"] or not os.path.exists(kept)
+    colours = palette.build(pictures, SHARES) if anew else palette.of(kept)
     table = palette.lookup(colours)
     for name, (colour, alpha) in pictures.items():
         true_colour(colour, alpha).save(os.path.join(HERE, name + ".png"), optimize=True)

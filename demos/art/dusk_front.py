@@ -1,4 +1,7 @@
-"""The front plane of the dusk world: a long walk through hills, ruins and over a lake. The sky is left transparent."""
+"""The front plane of the dusk world: a long walk through hills, ruins and over a lake, seamless right to left.
+
+The sky is left transparent.
+"""
 
 import math
 
@@ -7,7 +10,7 @@ import numpy as np
 import dusk_land as land
 import flora
 import masonry
-from brush import Canvas, generator, mix, noise, over, ramp, shade, smoothstep
+from brush import Canvas, closed, generator, mix, noise, over, ramp, shade, smoothstep
 
 WIDTH, HEIGHT = land.WIDTH, land.HEIGHT
 EARTH = [(0.00, (104, 74, 84)), (0.10, (86, 58, 78)), (0.35, (62, 44, 70)), (0.70, (42, 34, 60)), (1.00, (28, 26, 50))]
@@ -23,23 +26,20 @@ WATER = [(0.0, (250, 176, 132)), (0.18, (206, 116, 132)), (0.5, (112, 74, 128)),
 
 def far_layer(line, rng):
     """A low hill in the haze with trees on it; mist gathers at its foot."""
-    canvas = Canvas(WIDTH, HEIGHT)
+    canvas = Canvas(WIDTH, HEIGHT, wraps=True)
     x = np.arange(WIDTH + 1)
-    hill = (
-        lambda at: 424
-        + 9 * np.sin(at / 131.0)
-        + 6 * np.sin(at / 57.0 + 2.0)
-        + 0.35 * (line[np.clip(at, 0, WIDTH - 1).astype(int)] - 440)
+    crest = closed(
+        424 + 9 * np.sin(x / 131.0) + 6 * np.sin(x / 57.0 + 2.0) + 0.35 * (line[np.clip(x, 0, WIDTH - 1)] - 440)
     )
-    crest = hill(x)
+    hill = lambda at: float(np.interp(at, x, crest))
     for at, height in land.FAR_TREES:
-        flora.far_tree(canvas, at, float(hill(np.array(at))), height, rng)
+        flora.far_tree(canvas, at, hill(at), height, rng)
     canvas.polygon([(a, b) for a, b in zip(x[::4], crest[::4])] + [(WIDTH, HEIGHT), (0, HEIGHT)], (70, 62, 110))
     for at in range(0, WIDTH, 7):
         flora.clump(
             canvas,
             at + rng.uniform(-4, 4),
-            float(hill(np.array(at))) + rng.uniform(0, 6),
+            hill(at) + rng.uniform(0, 6),
             rng.uniform(5, 11),
             flora.LEAVES["far"],
             -0.02,
@@ -53,7 +53,7 @@ def far_layer(line, rng):
 
 def stone_layer(line, rng):
     """What stands behind the path: arches, trees, the pillars of the ledges."""
-    canvas = Canvas(WIDTH, HEIGHT)
+    canvas = Canvas(WIDTH, HEIGHT, wraps=True)
     foot = lambda x: float(line[int(min(max(x, 0), WIDTH - 1))])
     for left, right, top in ((668, 780, 296), (790, 880, 318), (1890, 2010, 262)):
         masonry.arch(canvas, left, right, top, max(foot(left), foot(right)), rng)
@@ -90,7 +90,7 @@ def earth_layer(line, rng):
     strata = noise(HEIGHT, WIDTH, 60, 32, rng, 3)[(depth * 3).astype(int) % HEIGHT, x.astype(int)] - 0.5
     blotch = noise(HEIGHT, WIDTH, 12, 16, rng, 3) - 0.5
     colour = ramp(EARTH, (depth + 26 * strata + 20 * blotch) / 120.0)
-    stones = Canvas(WIDTH, HEIGHT)
+    stones = Canvas(WIDTH, HEIGHT, wraps=True)
     for _ in range(620):
         sx = rng.uniform(0, WIDTH)
         sy = line[int(sx)] + 20 + 95 * rng.random() ** 1.2
@@ -126,7 +126,7 @@ def crystals(canvas, x, y, rng):
 
 
 def turf_layer(line, rng):
-    canvas = Canvas(WIDTH, HEIGHT)
+    canvas = Canvas(WIDTH, HEIGHT, wraps=True)
     at = lambda x: float(line[int(min(max(x, 0), WIDTH - 1))])
     for left, right in ((0, land.WATER["left"]), (land.WATER["right"], WIDTH)):
         flora.fringe(canvas, lambda x: at(x) - 2, left, right, rng)
@@ -233,7 +233,7 @@ def paint():
     wet = (land.ground()[None, place[1]] > np.arange(place[0].start, HEIGHT)[:, None] + 0.5).astype(float)
     colour[place], alpha[place] = over(colour[place], alpha[place], water, wet)
     colour, alpha = over(colour, alpha, *over_all)
-    floating = Canvas(WIDTH, HEIGHT)
+    floating = Canvas(WIDTH, HEIGHT, wraps=True)
     lilies(floating, line, rng)
     colour, alpha = over(colour, alpha, *floating.pixels())
     light_crystals(colour, line)

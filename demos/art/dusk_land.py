@@ -5,6 +5,8 @@ The painter and the game share it: `lua_table` writes the part that a game needs
 
 import numpy as np
 
+from brush import closed
+
 WIDTH, HEIGHT = 2560, 540
 
 _BENDS = [
@@ -87,7 +89,7 @@ def ground():
     bell = np.exp(-np.linspace(-2.0, 2.0, 61) ** 2)
     smooth = np.convolve(line, bell / bell.sum(), "same")[40:-40]
     x = np.arange(WIDTH)
-    return smooth + 1.6 * np.sin(x / 23.0) + 1.1 * np.sin(x / 9.7 + 1.0)
+    return closed(smooth + 1.6 * np.sin(x / 23.0) + 1.1 * np.sin(x / 9.7 + 1.0))
 
 
 def bridge(x):

@@ -81,6 +81,11 @@ def build(pictures, shares):
     return np.vstack([[0, 0, 0], np.clip(np.round(table), 8, 255)]).astype(np.uint8)
 
 
+def of(path):
+    """The palette of a picture that was written with one."""
+    return np.array(Image.open(path).getpalette(), np.uint8).reshape(-1, 3)
+
+
 def lookup(palette):
     """Index of the nearest colour for every colour of 6 bits a channel."""
     levels = (np.arange(1 << _LUT_BITS) + 0.5) * 256 / (1 << _LUT_BITS)
