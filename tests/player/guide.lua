@@ -104,6 +104,7 @@ camera_at(660, 400, 361, 299)                        -- beyond region2: brought 
 camera_at(660, 400, 461, 299, {speed = 0})
 camera_at(700, 400, 501, 299, {region2 = -1, speed = 1})
 camera_at(500, 400, 340, 300, {region1 = 70000})     -- no such number: no region
+camera_at(500, 400, 340, 300, {region1 = 100})
 camera_at(500, 400, 500, 400, {region1 = 60})        -- never defined: the screen's corner
 camera_at(500, 400, 340, 300, {region1 = -1})
 follow(510, 400, {region2 = 2, speed = 3})
@@ -124,6 +125,14 @@ scroll[0].camera = 0
 scroll_move(0)
 same(scroll[0].x0, 5, "x0 once there is no camera")
 
+-- ---- What a start that fails does to a scroll that runs
+fresh(1, 10, 0, -1, 0)
+refused("error 112", scroll_start, 0, 1, 40, 41, -1, 0)
+same(scroll_move(0), 1, "it goes on after 112")
+refused("error 146", scroll_start, 0, 1, 10, 0, 3, 0)
+same(scroll_move(0), 0, "it has stopped after 146")
+fresh(1, 10, 11, -1, 0)
+
 -- ---- A start keeps the fields, but for maps and positions
 scroll[0].ratio, scroll[0].z = 70, 40
 scroll_start(0, 1, 11, 0, -1, 0)
@@ -142,6 +151,10 @@ same(scroll_offset(0), -100, "a hidden scroll stands still")
 scroll[0].visible = -1
 frame()
 same(scroll_offset(0), -100, "so does one with a negative visible")
+scroll[0].x0 = 40
+scroll_move(0)
+same(scroll_offset(0), -40, "but for scroll_move")
+scroll[0].x0 = 33
 scroll[0].visible = 5
 frame()
 frame()
@@ -200,10 +213,11 @@ scroll_start(2, 1, 10, 0, -1, 0)
 scroll_start(5, 1, 10, 0, -1, 0)
 scroll[5].z, scroll[7].ratio = 3, 9
 local in_two, in_all = process {ctype = c_scroll, scroll_mask = 4}, process {ctype = c_scroll}
+local unseen = process {ctype = c_scroll, scroll_mask = 8}
 same(scroll_stop(3), 0, "an idle scroll")
-assert(exists(in_two))
+assert(exists(in_two) and exists(unseen))
 same(stop_scroll(2), 1, "a running one")
-assert(not exists(in_two) and exists(in_all))
+assert(not exists(in_two) and not exists(unseen) and exists(in_all))
 same(scroll_stop(all_scroll), 1, "the rest")
 assert(not exists(in_all))
 for n = 0, 9 do fields(n, defaults) end
