@@ -85,11 +85,11 @@ TEST_CASE("the host of one page says what failed") {
         {module + " /dev/full", 1, "cannot write all of /dev/full"},
     };
     const std::string said = ONE_PAGE_HOST ".stderr";
-    for (const auto& [arguments, status, message] : cases) {
-        CAPTURE(arguments);
-        CHECK(run(arguments + " 2> " + quoted(said)) == status);
+    for (const auto& each : cases) {
+        CAPTURE(each.arguments);
+        CHECK(run(each.arguments + " 2> " + quoted(said)) == each.status);
         std::ifstream in(said);
         const std::string text{std::istreambuf_iterator<char>(in), {}};
-        CHECK_MESSAGE(text.find(message) != std::string::npos, text);
+        CHECK_MESSAGE(text.find(each.message) != std::string::npos, text);
     }
 }
