@@ -205,6 +205,13 @@ assert(pixel(1, 21, 9, 9) ~= pixel(1, 20, 9, 9), "scroll 1 has not looked at it 
 scroll_refresh(1)
 frame(2)
 same(pixel(1, 21, 9, 9), pixel(1, 20, 9, 9), "now it has")
+new_map(1, 22, 64, 48)                               -- keyed and empty: what was in the map stays
+same(scroll_start(0, 1, 22, 0, -1, 0, scroll_normal_key), 0, "keyed")
+frame(2)
+same(pixel(1, 20, 9, 9), pixel(1, 12, 0, 0), "a keyed scroll does not clear its destination")
+box(1, 20, 0, 0, 100, 60, 0)
+frame(2)
+same(pixel(1, 20, 9, 9), 0, "the script does")
 scroll_set_destination(all_scroll, 0, 0, -1)
 
 -- ---- scroll_stop, and what becomes of the processes
