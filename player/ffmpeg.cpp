@@ -118,7 +118,9 @@ class FfmpegFilm final : public Film {
         sigemptyset(&usual);
         sigaddset(&usual, SIGPIPE);
         posix_spawnattr_setsigdefault(&attributes, &usual);
-        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
+        // In a process group of its own: a Ctrl+C that ends the game must not end the film as well.
+        posix_spawnattr_setpgroup(&attributes, 0);
+        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETPGROUP);
         const int error = posix_spawnp(&process_, program, &files, &attributes,
                                        const_cast<char* const*>(words.data()), environ);
         posix_spawnattr_destroy(&attributes);

@@ -1,6 +1,7 @@
 // scroll2d_player: plays a game script, in a window or without one. See docs/player-scripts.md.
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <exception>
 
@@ -30,10 +31,20 @@ class Progress {
     std::chrono::steady_clock::time_point next_ = std::chrono::steady_clock::now() + std::chrono::seconds(2);
 };
 
-using Outputs = std::vector<std::unique_ptr<Output>>;
+// The signal by which somebody asked for the end, 0: nobody has. The first one lets the frame and the films
+// be finished, a second one ends the program at once.
+volatile std::sig_atomic_t stopped_by = 0;
 
-void finish(const Outputs& outputs) {
-    for (const auto& output : outputs) output->finish();
+void heed_stops() {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction action {};
+        sigaction(signal, nullptr, &action);
+        if (action.sa_handler == SIG_IGN) continue;
+        action = {};
+        action.sa_handler = [](int which) { stopped_by = which; };
+        action.sa_flags = SA_RESETHAND | SA_RESTART;
+        sigaction(signal, &action, nullptr);
+    }
 }
 
 void play_frames(Session& session, const Options& options, const Outputs& outputs) {
@@ -43,7 +54,7 @@ void play_frames(Session& session, const Options& options, const Outputs& output
     if (options.inspect) inspected.emplace(session.game.engine, options.scale == 1 ? 0 : options.scale);
     for (bool last = false; !last;) {
         session.play_frame();
-        last = session.over(frames);
+        last = session.over(frames) || stopped_by != 0;
         const int frame = session.game.frames_drawn;
         const auto wanted = [&](const auto& output) { return output->wants(frame, last); };
         if (inspected || std::any_of(outputs.begin(), outputs.end(), wanted)) {
@@ -57,17 +68,15 @@ void play_frames(Session& session, const Options& options, const Outputs& output
 }
 
 int play(const Options& options) {
+    heed_stops();
     Session session(options);
     const Outputs outputs = make_outputs(options);
-    try {
+    return deliver(outputs, [&] {
         play_frames(session, options, outputs);
-    } catch (...) {
-        // The pictures up to the error are what one wants to look at.
-        finish(outputs);
-        throw;
-    }
-    finish(outputs);
-    return session.game.exit_status;
+        if (stopped_by == 0) return session.game.exit_status;
+        std::fprintf(stderr, "stopped at frame %d\n", session.game.frames_drawn);
+        return 128 + stopped_by;  // as a shell tells it
+    });
 }
 
 // Null when no window can be opened; then the reason has been printed.
@@ -81,8 +90,9 @@ std::unique_ptr<Window> open_window(const Options& options) {
 }
 
 int play_in(Window& window, const Options& options) {
-    window.deliver_to(make_outputs(options));
-    return window.run();
+    const Outputs outputs = make_outputs(options);
+    window.deliver_to(outputs);
+    return deliver(outputs, [&] { return window.run(); });
 }
 
 }  // namespace
@@ -97,10 +107,8 @@ int main(int argc, char** argv) {
         if (options->window)
             if (const auto window = open_window(*options)) return play_in(*window, *options);
         options->window = false;
-        const std::vector<std::string> left = choose_places(*options);
-        exit_status = play(*options);
-        for (const std::string& line : left) std::printf("%s\n", line.c_str());
-        return exit_status;
+        choose_places(*options);
+        return play(*options);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;

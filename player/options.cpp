@@ -76,9 +76,9 @@ std::optional<Options> parse_options(int argc, char** argv, int& exit_status) {
         ->capture_default_str()
         ->check(CLI::Range(1, 100'000'000));
     app.add_option("--sheet", options.sheet, "Write one PNG with all shots");
-    app.add_option(
-        "--record", options.film,
-        "Write a film: FILE.png (animated), or FILE.gif, FILE.mp4, FILE.webm if ffmpeg is installed");
+    app.add_option("--record", options.film,
+                   "Write a film, such as out/film.mp4, or .webm, .gif: these need ffmpeg; .png, animated, "
+                   "needs nothing");
     app.add_flag("--inspect", options.inspect,
                  "Show the inspector, in shots and films as well as in the window");
     app.add_option("--scale", options.scale, "Enlarge shots and films N times")

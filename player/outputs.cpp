@@ -1,4 +1,7 @@
+#include <cstdio>
+#include <exception>
 #include <filesystem>
+#include <stdexcept>
 
 #include "player/output.h"
 
@@ -14,33 +17,63 @@ void remove_shots(const fs::path& folder) {
             fs::remove(entry.path());
 }
 
+void make_folder(const fs::path& folder) {
+    std::error_code error;
+    if (!folder.empty()) fs::create_directories(folder, error);
+    if (error) throw std::runtime_error(folder.string() + ": " + error.message());
+}
+
+// All of them, even when one fails; then the first error.
+void finish(const Outputs& outputs) {
+    std::exception_ptr failure;
+    for (const auto& output : outputs) {
+        try {
+            for (const std::string& line : output->finish()) std::printf("%s\n", line.c_str());
+        } catch (const std::exception&) {
+            if (!failure) failure = std::current_exception();
+        }
+    }
+    if (failure) std::rethrow_exception(failure);
+}
+
 }  // namespace
 
-std::vector<std::unique_ptr<Output>> make_outputs(const Options& asked) {
+Outputs make_outputs(const Options& asked) {
     Options options = asked;
     // The inspector enlarges the game itself, and its own text not at all.
     if (options.inspect && !options.window) options.scale = 1;
-    std::vector<std::unique_ptr<Output>> outputs;
+    for (const std::string& file : {options.sheet, options.film}) make_folder(fs::path(file).parent_path());
+    make_folder(options.shots_folder);
+    Outputs outputs;
     if (!options.shots_folder.empty() || !options.sheet.empty()) outputs.push_back(make_shots(options));
     if (!options.film.empty()) outputs.push_back(make_recorder(options.film, options.scale));
     return outputs;
 }
 
-std::vector<std::string> choose_places(Options& options) {
-    std::vector<std::string> lines;
-    if (options.out.empty()) return lines;
+void choose_places(Options& options) {
+    if (options.out.empty()) return;
     const fs::path place = fs::path(options.out) / fs::path(options.script).stem();
     if (options.shots_folder.empty()) {
         options.shots_folder = place.string();
         remove_shots(place);
-        lines.push_back("pictures: " + options.shots_folder + "/");
     }
-    if (options.sheet.empty()) {
-        options.sheet = place.string() + ".png";
-        fs::create_directories(options.out);
-        lines.push_back("contact sheet: " + options.sheet);
+    if (options.sheet.empty()) options.sheet = place.string() + ".png";
+}
+
+int deliver(const Outputs& outputs, const std::function<int()>& play) {
+    int status = 0;
+    try {
+        status = play();
+    } catch (...) {
+        try {
+            finish(outputs);
+        } catch (const std::exception& error) {
+            std::fprintf(stderr, "%s\n", error.what());
+        }
+        throw;
     }
-    return lines;
+    finish(outputs);
+    return status;
 }
 
 }  // namespace player

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <stdexcept>
 
 #include "player/film.h"
@@ -42,19 +43,35 @@ class Recorder final : public Output {
                 ours_ ? make_animated_png(path_, width_, height_) : make_ffmpeg_film(path_, width_, height_);
         }
         const bool as_it_is = screen.width == width_ && screen.height == height_;
-        film_->add(as_it_is ? screen : fitted(screen, width_, height_));
+        ++frames_;
+        whole([&] { film_->add(as_it_is ? screen : fitted(screen, width_, height_)); });
     }
 
-    void finish() override {
-        if (film_) film_->finish();
+    std::vector<std::string> finish() override {
+        if (!film_) return {};
+        whole([&] { film_->finish(); });
+        return {"film: " + path_ + " (" + std::to_string(frames_) + " frames)"};
     }
 
   private:
+    // A film that could not be written to its end is no film: nothing of it stays.
+    void whole(const std::function<void()>& step) {
+        try {
+            step();
+        } catch (...) {
+            film_.reset();
+            std::error_code error;
+            if (std::filesystem::is_regular_file(path_, error)) std::filesystem::remove(path_, error);
+            throw;
+        }
+    }
+
     std::string path_;
     int scale_;
     bool ours_ = false;
     int width_ = 0;
     int height_ = 0;
+    int frames_ = 0;
     std::unique_ptr<Film> film_;
 };
 

@@ -9,9 +9,7 @@ namespace {
 
 class Shots final : public Output {
   public:
-    explicit Shots(const Options& options) : options_(options) {
-        if (!options_.shots_folder.empty()) std::filesystem::create_directories(options_.shots_folder);
-    }
+    explicit Shots(const Options& options) : options_(options) {}
 
     [[nodiscard]] bool wants(int frame, bool last) const override {
         return last || frame % options_.every == 0;
@@ -23,12 +21,19 @@ class Shots final : public Output {
             std::snprintf(name.data(), name.size(), "frame_%05d.png", frame);
             write_png((std::filesystem::path(options_.shots_folder) / name.data()).string(),
                       options_.scale == 1 ? screen : enlarged(screen, options_.scale));
+            ++written_;
         }
         if (!options_.sheet.empty()) keep_for_sheet(screen);
     }
 
-    void finish() override {
-        if (!kept_.empty()) write_png(options_.sheet, contact_sheet(kept_));
+    std::vector<std::string> finish() override {
+        std::vector<std::string> lines;
+        if (written_ > 0)
+            lines.push_back("pictures: " + options_.shots_folder + "/ (" + std::to_string(written_) + ")");
+        if (kept_.empty()) return lines;
+        write_png(options_.sheet, contact_sheet(kept_));
+        lines.push_back("contact sheet: " + options_.sheet);
+        return lines;
     }
 
   private:
@@ -47,6 +52,7 @@ class Shots final : public Output {
     }
 
     Options options_;
+    int written_ = 0;
     std::vector<Picture> kept_;
     unsigned taken_ = 0;
     unsigned stride_ = 1;

@@ -162,9 +162,10 @@ void Window::play_frame() {
         return;
     }
     const bool last = session_->over(options_.frames);
-    for (const auto& output : outputs_)
-        if (output->wants(session_->game.frames_drawn, last))
-            output->take(screen_, session_->game.frames_drawn);
+    if (outputs_ != nullptr)
+        for (const auto& output : *outputs_)
+            if (output->wants(session_->game.frames_drawn, last))
+                output->take(screen_, session_->game.frames_drawn);
     if (!last) return;
     closing_ = true;
     exit_status_ = session_->game.exit_status;
@@ -239,7 +240,6 @@ int Window::run() {
             (SDL_GetWindowFlags(window_.get()) & (SDL_WINDOW_HIDDEN | SDL_WINDOW_MINIMIZED)) == 0;
         if (!canvas_->locked() || !seen) SDL_Delay(static_cast<Uint32>(milliseconds));
     }
-    for (const auto& output : outputs_) output->finish();
     return exit_status_;
 }
 

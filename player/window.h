@@ -28,8 +28,8 @@ class Window {
     Window& operator=(const Window&) = delete;
     ~Window();
 
-    // Where the pictures of the frames to come go, besides the window.
-    void deliver_to(std::vector<std::unique_ptr<Output>> outputs) { outputs_ = std::move(outputs); }
+    // Where the pictures of the frames to come go, besides the window, until run() has returned.
+    void deliver_to(const Outputs& outputs) { outputs_ = &outputs; }
 
     // Takes the events that wait, plays the frames that are due at `now` (seconds of a steady clock), and
     // shows the result. False once the window is to be closed.
@@ -67,7 +67,7 @@ class Window {
     void toggle_full_screen();
 
     Options options_;
-    std::vector<std::unique_ptr<Output>> outputs_;
+    const Outputs* outputs_ = nullptr;
     Sdl sdl_;
     std::unique_ptr<SDL_Window, Destroy> window_;
     std::optional<Canvas> canvas_;

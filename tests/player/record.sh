@@ -21,10 +21,11 @@ while true do
 end
 LUA
 fail() { echo "FAILED: $*"; exit 1; }
-record() { PATH=${player_path:-$PATH} "$player" --size 63x45 --frames 30 --record "$scratch/$1" "${@:2}" "$scratch/game.lua"; }
+record() { PATH=${player_path:-$PATH} "$player" --size 63x45 --frames "${frames:-30}" --record "$scratch/$1" "${@:2}" "$scratch/game.lua"; }
 
 twice() {
-    record "a.$1" && record "b.$1" && cmp "$scratch/a.$1" "$scratch/b.$1" || fail "two runs differ: $1"
+    [[ $(record "a.$1") == "film: $scratch/a.$1 (30 frames)" ]] || fail "what is told of $1"
+    record "b.$1" && cmp "$scratch/a.$1" "$scratch/b.$1" || fail "two runs differ: $1"
     record "c.$1" --seed 2
     if cmp -s "$scratch/a.$1" "$scratch/c.$1"; then fail "the film does not show the game: $1"; fi
 }
@@ -34,13 +35,30 @@ refused() {
     [[ ! -e $scratch/$1 ]] || fail "$1 was begun"
 }
 
+# Ctrl+C, which reaches every program of the terminal, in the middle of a long film.
+stopped() {
+    set -m
+    frames=1000000 record "long.$1" > "$scratch/told" 2>&1 &
+    set +m
+    sleep 1
+    kill -INT -- "-$!"
+    wait $! && fail "a run that was stopped ended with 0"
+    taken=$(sed -n 's/^film: .*long.* (\([0-9]*\) frames)$/\1/p' "$scratch/told")
+    ((taken > 0)) && grep -q "^stopped at frame $taken$" "$scratch/told" || fail "told: $(cat "$scratch/told")"
+}
+
+pictures_in() {
+    ffprobe -v error -show_entries stream=nb_read_frames -count_frames -of csv=p=0 "$scratch/$1"
+}
+
 if (($#)); then
     for format; do
         twice "$format"
-        [[ $(ffprobe -v error -show_entries stream=nb_read_frames -count_frames -of csv=p=0 "$scratch/a.$format") == \
-           $([[ $format == gif ]] && echo 15 || echo 30) ]] || fail "number of pictures: $format"
+        stopped "$format"
+        [[ $format == gif ]] && every=2 || every=1
+        [[ $(pictures_in "a.$format") == $((30 / every)) ]] || fail "number of pictures: $format"
+        ((taken / every - $(pictures_in "long.$format") <= 1)) || fail "the stopped film is cut short: $format"
     done
-    refused nowhere/film.mp4 "ffmpeg could not make the film"
     exit
 fi
 twice png
@@ -51,8 +69,14 @@ record f.png --inspect --scale 2 && record g.png --inspect --scale 2 && cmp "$sc
 if cmp -s "$scratch/d.png" "$scratch/f.png"; then fail "the inspector does not show"; fi
 refused film.avi 'film.avi: films end with .png \(animated\), .gif, .mp4 or .webm'
 refused film 'films end with'
-refused nowhere/film.png 'nowhere/film.png: the file cannot be written'
+record new/folder/film.png || fail "a folder that is missing is not made"
+refused game.lua/film.png 'game.lua: Not a directory'
 player_path=$scratch refused film.mp4 'made by ffmpeg, which is not installed: apt-get install ffmpeg, or record to a .png'
+printf '#!/bin/sh\n: > "$SCRATCH/film.mp4"\nexit 1\n' > "$scratch/ffmpeg"
+chmod +x "$scratch/ffmpeg"
+SCRATCH=$scratch player_path=$scratch refused film.mp4 'ffmpeg could not make the film'
+stopped png
+[[ $(tail -c 8 "$scratch/long.png" | head -c 4) == IEND ]] || fail "the film that was stopped has no end"
 # An error in the script ends the film; it does not spoil it.
 echo 'for i = 1, 5 do frame() end broken()' > "$scratch/game.lua"
 record e.png 2> /dev/null && fail "the script is broken"
