@@ -17,6 +17,9 @@ class Film {
     virtual void finish() = 0;
 };
 
+// What is wrong with a film's name: it must end with a format that there is. Empty: nothing.
+std::string film_problem(const std::string& path);
+
 // Errors of all of these, and of their films: std::runtime_error that names the file and what is wrong.
 
 // animated_png.cpp: every pixel as it is. Needs no other program.

@@ -27,12 +27,16 @@ std::size_t edits(std::string_view a, std::string_view b) {
 }  // namespace
 
 std::optional<std::string> closest(std::string_view wrong, const std::vector<std::string>& names) {
+    return closest(wrong, names, wrong.size());
+}
+
+std::optional<std::string> closest(std::string_view wrong, const std::vector<std::string>& names,
+                                   std::size_t length) {
     const auto best = std::min_element(names.begin(), names.end(), [wrong](const auto& a, const auto& b) {
         return edits(wrong, a) < edits(wrong, b);
     });
     if (best == names.end()) return std::nullopt;
-    const std::size_t tolerated = std::max<std::size_t>(1, (wrong.size() + 1) / 3);
-    return edits(wrong, *best) <= tolerated ? std::optional(*best) : std::nullopt;
+    return edits(wrong, *best) <= length / 3 ? std::optional(*best) : std::nullopt;
 }
 
 std::string suggestion(std::string_view wrong, const std::vector<std::string>& names) {

@@ -25,8 +25,8 @@ using Outputs = std::vector<std::unique_ptr<Output>>;
 // shots.cpp: PNGs of every so many frames and of the last, and their contact sheet.
 std::unique_ptr<Output> make_shots(const Options& options);
 
-// recorder.cpp: a film of every frame, its format by the file's extension. Errors: std::runtime_error for an
-// extension that is no film's, and when ffmpeg is needed and not there; both before anything is played.
+// recorder.cpp: a film of every frame, its format by the file's extension, one that film_problem() accepts.
+// Errors: std::runtime_error when ffmpeg is needed and not there, before anything is played.
 std::unique_ptr<Output> make_recorder(const std::string& path, int scale);
 
 // outputs.cpp

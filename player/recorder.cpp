@@ -23,12 +23,8 @@ Picture fitted(const Picture& picture, int width, int height) {
 
 class Recorder final : public Output {
   public:
-    Recorder(const std::string& path, int scale) : path_(path), scale_(scale) {
-        const std::string extension = std::filesystem::path(path).extension().string();
-        const std::vector<std::string> known{".png", ".gif", ".mp4", ".webm"};
-        if (std::find(known.begin(), known.end(), extension) == known.end())
-            throw std::runtime_error(path + ": films end with .png (animated), .gif, .mp4 or .webm");
-        ours_ = extension == ".png";
+    Recorder(const std::string& path, int scale)
+        : path_(path), scale_(scale), ours_(std::filesystem::path(path).extension() == ".png") {
         if (!ours_) require_ffmpeg(path);
     }
 
@@ -68,7 +64,7 @@ class Recorder final : public Output {
 
     std::string path_;
     int scale_;
-    bool ours_ = false;
+    bool ours_;
     int width_ = 0;
     int height_ = 0;
     int frames_ = 0;
@@ -76,6 +72,13 @@ class Recorder final : public Output {
 };
 
 }  // namespace
+
+std::string film_problem(const std::string& path) {
+    const std::string extension = std::filesystem::path(path).extension().string();
+    const std::vector<std::string> known{".mp4", ".webm", ".gif", ".png"};
+    if (std::find(known.begin(), known.end(), extension) != known.end()) return {};
+    return path + ": films end with .mp4, .webm, .gif or .png (animated)";
+}
 
 std::unique_ptr<Output> make_recorder(const std::string& path, int scale) {
     return std::make_unique<Recorder>(path, scale);

@@ -1,7 +1,10 @@
 #include "player/script_path.h"
 
 #include <algorithm>
+#include <fstream>
+#include <sstream>
 #include <stdexcept>
+#include <string_view>
 
 #include "player/names.h"
 
@@ -55,11 +58,51 @@ std::string hint(const std::string& asked, const fs::path& demos, const std::vec
         names.push_back(without_extension(folder / script.filename()).string());
     for (const fs::path& script : scripts)
         for (const fs::path& end : ends_of(script, demos)) names.push_back(without_extension(end).string());
-    const auto name = closest(without_extension(asked).string(), names);
+    const fs::path wanted = without_extension(asked);
+    // A long path is no licence to misread a short name.
+    const auto name = closest(wanted.string(), names, wanted.filename().string().size());
     return name ? "; did you mean " + *name + extension + "?" : "";
 }
 
+// The first sentence of the comment that a script opens with.
+std::string summary_of(const fs::path& script) {
+    std::ifstream file(script);
+    std::string text;
+    constexpr std::string_view comment = "-- ";
+    for (std::string line; std::getline(file, line) && line.starts_with(comment);) {
+        if (line.starts_with("-- picture")) break;
+        if (!text.empty()) text += ' ';
+        text += line.substr(comment.size());
+        const auto end = text.find(". ");
+        if (end != std::string::npos) return text.substr(0, end + 1);
+    }
+    return text;
+}
+
 }  // namespace
+
+std::string list_of(const fs::path& demos) {
+    constexpr std::size_t width = 100, indent = 20;
+    std::string list;
+    const auto end_line = [&list](const std::string& line) {
+        list += line.substr(0, line.find_last_not_of(' ') + 1) + "\n";
+    };
+    for (const fs::path& script : scripts_in(demos)) {
+        if (script.parent_path() != demos) continue;
+        std::string line = script.stem().string();
+        line.resize(std::max(indent, line.size() + 1), ' ');
+        std::istringstream words(summary_of(script));
+        for (std::string word; words >> word;) {
+            if (line.size() + word.size() > width) {
+                end_line(line);
+                line = std::string(indent, ' ');
+            }
+            line += word + " ";
+        }
+        end_line(line);
+    }
+    return list;
+}
 
 std::vector<fs::path> scripts_in(const fs::path& folder) {
     std::vector<fs::path> scripts;

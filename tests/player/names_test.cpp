@@ -18,6 +18,7 @@ TEST_CASE("the closest name") {
     CHECK(closest("region", names) == "region1");
     CHECK(closest("raito", {"radio", "ratio"}) == "ratio");
     CHECK_FALSE(closest("colour", names));
+    CHECK_FALSE(closest("fps", {"bpp"}));
     CHECK_FALSE(closest("x", {}));
 }
 
@@ -53,8 +54,11 @@ TEST_CASE("a demo is found by the end of its path, and a mistyped one named") {
     CHECK(message("mian") == "no such script: mian; did you mean main.lua?");
     CHECK(
         message((root / "onw.lua").string()).ends_with("did you mean " + (root / "own.lua").string() + "?"));
+    CHECK(message("demos/guide/cup") == "no such script: demos/guide/cup");
     CHECK(message("nothing_like_it") == "no such script: nothing_like_it");
     CHECK(message("hand") == "no such script: hand");
+    std::ofstream(demos / "fade.lua") << "-- Fades\n-- out. And more\nquit()\n-- no";
+    CHECK(list_of(demos) == "fade                Fades out.\nmain\n");
     CHECK(message("fade").starts_with("more than one script is called fade: "));
     CHECK(message(root.string()).starts_with("no such script"));
     fs::current_path(here);

@@ -67,7 +67,7 @@ record d.png --scale 2 && ! cmp -s "$scratch/a.png" "$scratch/d.png" || fail "en
 record f.png --inspect --scale 2 && record g.png --inspect --scale 2 && cmp "$scratch/f.png" "$scratch/g.png" \
     || fail "two inspected runs differ"
 if cmp -s "$scratch/d.png" "$scratch/f.png"; then fail "the inspector does not show"; fi
-refused film.avi 'film.avi: films end with .png \(animated\), .gif, .mp4 or .webm'
+refused film.avi 'film.avi: films end with .mp4, .webm, .gif or .png \(animated\)'
 refused film 'films end with'
 record new/folder/film.png || fail "a folder that is missing is not made"
 refused game.lua/film.png 'game.lua: Not a directory'

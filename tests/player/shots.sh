@@ -35,8 +35,18 @@ quit()
 LUA
 "$player" "$scratch/compare.lua" || fail "an enlarged shot shows something else"
 
-"$player" --size 100by50 "$scratch/game.lua" 2> "$scratch/err" && fail "a wrong size is accepted"
-grep -q '"100by50" is not of the form 640x480' "$scratch/err" || fail "message: $(cat "$scratch/err")"
+# misused MESSAGE ARGUMENT...: what is said to a wrong command line, in its first line
+misused() {
+    local status=0
+    "$player" "${@:2}" 2> "$scratch/err" || status=$?
+    ((status == 2)) || fail "exit status $status for: ${*:2}"
+    [[ $(head -1 "$scratch/err") == "$1" ]] || fail "message: $(cat "$scratch/err")"
+}
+misused '--size: "100by50" is not of the form 640x480' --size 100by50 "$scratch/game.lua"
+misused "there is no option --frame; did you mean --frames?" --frame 5 --every 3 "$scratch/game.lua"
+misused "there is no option --fps" --bpp 8 --fps=3 --scale 2 "$scratch/game.lua"
+misused "no such script: $scratch/gane.lua; did you mean $scratch/game.lua?" "$scratch/gane.lua"
+"$player" --scale 2 --scale 1 --frames 1 "$scratch/game.lua" || fail "the last of two equal options does not count"
 "$player" --module "$scratch/game.lua" "$scratch/game.lua" 2> "$scratch/err" && fail "a script is no module"
 [[ -s $scratch/err ]] || fail "no message for a wrong module"
 exit 0
