@@ -1,9 +1,10 @@
 #include "player/game.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <stdexcept>
 
-#include "player/names.h"
+#include "player/missing_maps.h"
 #include "player/text.h"
 
 namespace player {
@@ -44,6 +45,7 @@ void Game::draw_frame() {
     ++frames_drawn;
     draw_texts();
     report_module();
+    warn_of_missing_maps();
     for (const std::string& path : shots_) write_png(path, Picture(engine.screenshot()));
     shots_.clear();
 }
@@ -63,12 +65,39 @@ std::string Game::path_of(const std::string& path) const {
     return (folder_ / path).string();
 }
 
+void Game::warn_of_missing_maps() {
+    for (const std::int32_t type : {host::kScreenCoordinates, host::kScrollCoordinates})
+        for (const auto& [picture, count] : missing_maps(engine, type)) {
+            if (!warned_.insert(picture).second) continue;
+            const auto place = places_.find(picture);
+            std::fprintf(stderr, "warning: %s%s; a process that shows it is not drawn\n",
+                         place == places_.end() ? "" : place->second.c_str(),
+                         without_map(picture.first, picture.second).c_str());
+        }
+}
+
+// "file 1 has no graph 13 (there are: 10 to 12, 20)"
+std::string Game::without_map(int file, int graph) {
+    const auto text = [](int number) { return std::to_string(number); };
+    if (file < 0 || file >= number_of_files)
+        return "there is no file " + text(file) + ": files are numbered 0 to " + text(number_of_files - 1);
+    const std::string what = "file " + text(file) + " has no graph " + text(graph);
+    if (graph < 1 || graph >= host::kGraphLimit)
+        return what + ": graphs are numbered 1 to " + text(host::kGraphLimit - 1);
+    const std::vector<std::int32_t> graphs = engine.files().graphs(file);
+    std::string there;
+    for (auto run = graphs.begin(); run != graphs.end();) {
+        auto last = run;
+        while (last + 1 != graphs.end() && *(last + 1) == *last + 1) ++last;
+        there += (there.empty() ? "" : ", ") + text(*run) + (last == run ? "" : " to " + text(*last));
+        run = last + 1;
+    }
+    return what + (there.empty() ? " (the file is empty)" : " (there are: " + there + ")");
+}
+
 host::Map& Game::map_at(int file, int graph) {
     if (host::Map* map = engine.files().find_map(file, graph)) return *map;
-    std::vector<std::string> there;
-    for (const int number : engine.files().graphs(file)) there.push_back(std::to_string(number));
-    throw std::runtime_error("file " + std::to_string(file) + " has no graph " + std::to_string(graph) +
-                             (there.empty() ? " (the file is empty)" : suggestion("", there)));
+    throw std::runtime_error(without_map(file, graph));
 }
 
 Picture Game::read_picture(const std::string& path) {
@@ -137,7 +166,8 @@ void Game::save_map(int file, int graph, const std::string& path) {
 void Game::set_control_point(int file, int graph, int number, int x, int y) {
     constexpr int most_points = 1000;
     if (number < 0 || number >= most_points)
-        throw std::runtime_error("control points are numbered 0 to " + std::to_string(most_points - 1));
+        throw std::runtime_error("control points are numbered 0 to " + std::to_string(most_points - 1) +
+                                 ", not " + std::to_string(number));
     host::Map& map = map_at(file, graph);
     const MapRecord& record = map.record();
     std::vector<__RVKPoint2D__> points;

@@ -7,8 +7,11 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <optional>
+#include <set>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -35,7 +38,8 @@ class Game {
     FileWatch files_read;  // by the script, itself included
 
     // Draws one frame, with the background behind and the texts in front. Throws what the module reported,
-    // and what it did wrong.
+    // and what it did wrong. Warns on standard error, once for each, of pictures that processes show and
+    // that are not loaded.
     void draw_frame();
 
     // ---- Maps
@@ -55,6 +59,10 @@ class Game {
     host::Map& load_map(int file, int graph, const std::string& path,
                         std::optional<Part> part = std::nullopt);
     void save_map(int file, int graph, const std::string& path);
+    // Where in the script a process was given a picture that is not loaded (yet), for the warning to come.
+    void note_place(int file, int graph, const std::string& place) {
+        places_.try_emplace({file, graph}, place);
+    }
     void set_control_point(int file, int graph, int number, int x, int y);
 
     // ---- Colours
@@ -86,12 +94,16 @@ class Game {
     void lay_background();
     void draw_texts();
     void report_module();
+    void warn_of_missing_maps();
+    [[nodiscard]] std::string without_map(int file, int graph);
 
     std::filesystem::path folder_;
     bool palette_chosen_ = false;
     std::variant<Rgba, Picture> background_ = Rgba{0, 0, 0, 255};
     std::vector<Text> texts_;
     std::vector<std::string> shots_;
+    std::map<std::pair<int, int>, std::string> places_;  // by file and graph
+    std::set<std::pair<int, int>> warned_;
 };
 
 }  // namespace player

@@ -77,6 +77,14 @@ void set_graph_table(lua_State* L, const Process& process, int self, int value) 
     lua_setiuservalue(L, self, Process::graph_table_slot);
 }
 
+void note_picture(lua_State* L, const ProcessLocals& locals) {
+    Game& game = Script::of(L).game;
+    if (locals.graph == 0 || game.engine.files().find_map(locals.file, locals.graph) != nullptr) return;
+    luaL_where(L, 1);
+    game.note_place(locals.file, locals.graph, lua_tostring(L, -1));
+    lua_pop(L, 1);
+}
+
 // Sets a field of the process at `self` to the value at `value`; both are absolute indices.
 void set_field(lua_State* L, int self, const std::string& name, int value) {
     const Process& process = process_argument(L, self);
@@ -87,7 +95,9 @@ void set_field(lua_State* L, int self, const std::string& name, int value) {
     }
     host::Processes& processes = Script::of(L).game.engine.processes();
     if (const PlainField* field = plain_field(name)) {
-        locals_of(L, process, field->name).*field->word = engine_value(L, value, name);
+        ProcessLocals& locals = locals_of(L, process, field->name);
+        locals.*field->word = engine_value(L, value, name);
+        if (name == "file" || name == "graph") note_picture(L, locals);
     } else if (name == "ctype") {
         locals_of(L, process, "ctype");
         processes.set_type(process.id, engine_value(L, value, name));

@@ -195,6 +195,13 @@ void draw_sprites(const std::vector<SpriteSurvey>& sprites, std::size_t most) {
         write(faint, "and " + text(static_cast<std::int64_t>(sprites.size() - most)) + " more");
 }
 
+void write_missing(const MissingMaps& missing) {
+    for (const auto& [picture, count] : missing)
+        write(warning, "not drawn: " + std::to_string(count) + (count == 1 ? " process" : " processes") +
+                           " with picture " + std::to_string(picture.first) + "/" +
+                           std::to_string(picture.second) + ", which is not loaded");
+}
+
 void draw_times(const std::vector<float>& times, bool timed) {
     if (!timed || times.empty()) return;
     const float most = *std::max_element(times.begin(), times.end());
@@ -220,6 +227,7 @@ void draw_scroll(const ScrollSurvey& scroll, bool open, std::size_t sprites_list
         draw_fields(scroll, engine);
         draw_camera(scroll);
         write(faint, order_of(scroll));
+        write_missing(scroll.missing);
         draw_times(surveyor.times(scroll.number), timed);
         if (sprites_listed > 0) draw_sprites(scroll.sprites, sprites_listed);
         ImGui::Dummy({0, 4});
@@ -248,6 +256,7 @@ void draw_side(const Area& area, const Survey& survey, host::Engine& engine, con
     }
     write(faint, order_of(survey));
     if (!timed) write(faint, "draw times: measured in the window only");
+    write_missing(survey.missing_on_screen);
     ImGui::Dummy({0, 2});
     const std::size_t sprites_listed = survey.scrolls.size() == 1 ? 10 : survey.scrolls.size() == 2 ? 4 : 0;
     for (std::size_t i = 0; i < survey.scrolls.size(); ++i)

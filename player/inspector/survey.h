@@ -7,6 +7,8 @@
 #include <optional>
 #include <vector>
 
+#include "player/missing_maps.h"
+
 namespace player {
 
 // A rectangle in pixels of the game. 64 bits, since scripts may write any 32-bit number anywhere.
@@ -100,6 +102,7 @@ struct ScrollSurvey {
     std::optional<RegionSurvey> region1;
     std::optional<RegionSurvey> region2;
     std::vector<SpriteSurvey> sprites;  // in drawing order, the deepest first
+    MissingMaps missing;                // sprites that are not drawn, having no picture
 };
 
 struct Survey {
@@ -108,6 +111,7 @@ struct Survey {
     std::vector<ScrollSurvey> scrolls;         // the running ones by number
     std::vector<int> order;                    // numbers of the scrolls that were drawn, the deepest first
     std::vector<SpriteSurvey> screen_sprites;  // in drawing order
+    MissingMaps missing_on_screen;
 };
 
 }  // namespace player

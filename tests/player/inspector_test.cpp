@@ -332,6 +332,14 @@ TEST_CASE("sprites come in drawing order, with the clip of their own region") {
     const Rect world{40, 30, 21, 21};
     const Rect on_screen{world.x - stage.field("x0"), world.y - stage.field("y0"), 21, 21};
     CHECK(scroll.sprites[1].clip.value() == common(on_screen, scroll.view));
+
+    for (const int mask : {0, 1, 2}) {
+        ProcessLocals& sprite = stage.engine.processes().create(host::kScrollCoordinates);
+        sprite.file = 1;
+        sprite.graph = 99;
+        sprite.scroll_mask = mask;
+    }
+    CHECK(surveyor.survey().scrolls.at(0).missing == MissingMaps{{{1, 99}, 2}});
 }
 
 TEST_CASE("whatever is taken away between frames, the inspector still looks, and draws") {

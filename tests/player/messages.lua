@@ -23,6 +23,8 @@ local mistakes = {
     {"messages.lua: [Nn]ot a PNG", function() load_map(1, 11, "messages.lua") end},
     {"box takes 7 arguments, got 3", function() box(1, 10, 0) end},
     {"file 1 has no graph 11 %(there are: 10%)", function() set_point(1, 11, 0, 0, 0) end},
+    {"there is no file 100: files are numbered 0 to 99", function() set_point(100, 10, 0, 0, 0) end},
+    {"control points are numbered 0 to 999, not 1000", function() set_point(1, 10, 1000, 0, 0) end},
     {'"#12345" is not a colour', function() new_map(1, 12, 4, 4, "#12345") end},
     {'there is no key "lefft" %(did you mean "left"%?%)', function() key("lefft") end},
     {"bits per pixel are 8, 16 or 32, not 24", function() set_mode(320, 200, 24) end},

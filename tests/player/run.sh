@@ -8,6 +8,7 @@
 #   -- status: N            the exit status of each run, 0 unless given
 #   -- stderr: REGEX        must be found on standard error; several lines must all be found. Without any,
 #                           standard error must stay empty
+#   -- lines: N             so many of them are on standard error
 # The script finds a folder of its own for files in the environment variable SCRATCH.
 set -uo pipefail
 
@@ -35,6 +36,8 @@ for options in "${runs[@]}"; do
     got=$?
     ((got == ${status:-0})) || fail "exit status $got, not ${status:-0}"
     if ((${#patterns[@]} == 0)) && [[ -s $SCRATCH/stderr ]]; then fail "standard error is not empty"; fi
+    lines=$(sed -n 's/^-- lines: //p' "$script")
+    [[ -z $lines || $(wc -l < "$SCRATCH/stderr") == "$lines" ]] || fail "not $lines lines on standard error"
     for pattern in "${patterns[@]}"; do
         grep -Eq -- "$pattern" "$SCRATCH/stderr" || fail "nothing on standard error matches $pattern"
     done
