@@ -38,7 +38,7 @@ target_compile_options(scroll2d_objects PRIVATE
 
 if(NOT SCROLL2D_SANITIZE)
     target_compile_options(scroll2d_objects PRIVATE
-        $<$<CONFIG:Release>:-O2>
+        $<$<CONFIG:Release>:-Os>
         # The finished file may import malloc, free and memcpy only: no memset or memmove made from loops.
         -fno-tree-loop-distribute-patterns -fno-stack-protector
         # No exception passes through the module, and a debugger finds its unwinding beside the symbols.
@@ -46,8 +46,10 @@ if(NOT SCROLL2D_SANITIZE)
         -ffunction-sections -fdata-sections)
 endif()
 
-# Rules are laid over rows in vectors. The loops over rows stay one: without the last two options GCC makes copies of
-# them for the rows before and after the wrap.
+# What runs over pixels is built for speed. The loops over rows stay one: without the last two options GCC makes copies
+# of them for the rows before and after the wrap.
+set_source_files_properties(buffer/map_copy.cpp buffer/fill.cpp buffer/shift.cpp PROPERTIES
+    COMPILE_OPTIONS "$<$<CONFIG:Release>:-O2>")
 set_source_files_properties(render/plane_single.cpp render/plane_layer.cpp render/plane_parallax.cpp PROPERTIES
     COMPILE_OPTIONS "$<$<CONFIG:Release>:-O3>;$<$<CXX_COMPILER_ID:GNU>:-fno-unswitch-loops;-fno-split-loops>")
 

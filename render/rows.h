@@ -88,24 +88,33 @@ constexpr bool has_cases<Rule, std::void_t<typename Rule::GroupCases>> = true;
 template <class Front, class Back>
 constexpr bool has_cases<Stacked<Front, Back>> = has_cases<Front> || has_cases<Back>;
 
-// Which of the deciding bits of a group's pixels are set.
+// Which of the deciding bits of a group's pixels are set. The first pixels tell which answer is possible, so
+// that little is lost where each pixel differs from the next.
 enum class BitsSet { none, all, some };
 
 template <class Cases, std::int32_t group, class Pixel>
 SCROLL2D_PART_OF_LOOP inline BitsSet bits_set(const Pixel* s) {
     constexpr std::uint32_t deciding = Cases::deciding;
     constexpr std::int32_t word_pixels = sizeof deciding / sizeof(Pixel);
-    std::uint32_t in_any = 0;
-    std::uint32_t in_all = deciding;
-#pragma GCC unroll 1
-    for (std::int32_t i = 0; i < group; i += word_pixels) {
+    const auto word_at = [s](std::int32_t i) SCROLL2D_PART_OF_LOOP {
         std::uint32_t word = 0;
         std::memcpy(&word, s + i, sizeof word);
-        in_any |= word;
-        in_all &= word;
+        return word;
+    };
+    const std::uint32_t first = word_at(0) & deciding;
+    if (first == 0) {
+        std::uint32_t in_any = 0;
+#pragma GCC unroll 1
+        for (std::int32_t i = 0; i < group; i += word_pixels) in_any |= word_at(i);
+        return (in_any & deciding) == 0 ? BitsSet::none : BitsSet::some;
     }
-    if ((in_any & deciding) == 0) return BitsSet::none;
-    return in_all == deciding ? BitsSet::all : BitsSet::some;
+    if (!std::is_void_v<typename Cases::WhereAllSet> && first == deciding) {
+        std::uint32_t in_all = deciding;
+#pragma GCC unroll 1
+        for (std::int32_t i = 0; i < group; i += word_pixels) in_all &= word_at(i);
+        return in_all == deciding ? BitsSet::all : BitsSet::some;
+    }
+    return BitsSet::some;
 }
 
 // Lays a group of pixels. Their number is known to the compiler and fills vector registers, so that they
