@@ -53,11 +53,20 @@ void show_error(const std::string& message) {
     ImGui::End();
 }
 
-void show_note(const std::string& text) {
-    ImGui::SetNextWindowPos({ImGui::GetIO().DisplaySize.x / 2, 0}, ImGuiCond_Always, {0.5F, 0});
+Area note_place(const std::string& text, const Area& room) {
+    const ImVec2 padding = ImGui::GetStyle().WindowPadding;
+    const float most = std::max(1.0F, static_cast<float>(room.width) - 2 * padding.x);
+    const ImVec2 size = ImGui::CalcTextSize(text.c_str(), nullptr, false, most);
+    const int width = static_cast<int>(size.x + 2 * padding.x);
+    return {room.x + (room.width - width) / 2, room.y, width, static_cast<int>(size.y + 2 * padding.y)};
+}
+
+void show_note(const std::string& text, const Area& place) {
+    ImGui::SetNextWindowPos({static_cast<float>(place.x), static_cast<float>(place.y)});
+    ImGui::SetNextWindowSize({static_cast<float>(place.width), static_cast<float>(place.height)});
     ImGui::SetNextWindowBgAlpha(0.8F);
-    ImGui::Begin("note", nullptr, plain | ImGuiWindowFlags_AlwaysAutoResize | ImGuiWindowFlags_NoInputs);
-    ImGui::TextUnformatted(text.c_str());
+    ImGui::Begin("note", nullptr, plain | ImGuiWindowFlags_NoInputs);
+    ImGui::TextWrapped("%s", text.c_str());
     ImGui::End();
 }
 

@@ -4,13 +4,16 @@
 
 #include <string>
 
+#include "player/placement.h"
+
 namespace player {
 
 // The table of the window's keys, in the middle.
 void show_keys();
 // An error that stopped the script, with how to go on.
 void show_error(const std::string& message);
-// One line at the top.
-void show_note(const std::string& text);
+// Where a note lies in a room: at its top, in the middle.
+[[nodiscard]] Area note_place(const std::string& text, const Area& room);
+void show_note(const std::string& text, const Area& place);
 
 }  // namespace player

@@ -207,17 +207,21 @@ void Window::write_title() {
 
 void Window::show() {
     canvas_->begin();
-    if (inspecting_ && inspector_)
-        inspector_->draw(*canvas_, screen_);
+    const bool inspecting = inspecting_ && inspector_;
+    const Area whole{0, 0, canvas_->width(), canvas_->height()};
+    std::string note;
+    if (transport_.paused() && !transport_.failed())
+        note = "paused at frame " + std::to_string(session_->game.frames_drawn) + " - F3 goes on, F4 steps";
+    const Area note_at =
+        note_place(note, inspecting ? lay_out_inspector(whole.width, whole.height).game : whole);
+    if (inspecting)
+        inspector_->draw(*canvas_, screen_, note.empty() ? Area{} : note_at);
     else if (!screen_.pixels.empty())
-        canvas_->lay(
-            screen_,
-            place_screen(screen_.width, screen_.height, {0, 0, canvas_->width(), canvas_->height()}).at);
+        canvas_->lay(screen_, place_screen(screen_.width, screen_.height, whole).at);
     if (transport_.failed())
         show_error(transport_.error());
-    else if (transport_.paused())
-        show_note("paused at frame " + std::to_string(session_->game.frames_drawn) +
-                  " - F3 goes on, F4 steps");
+    else if (!note.empty())
+        show_note(note, note_at);
     if (keys_shown_) show_keys();
     canvas_->finish();
     write_title();

@@ -17,13 +17,13 @@ void Inspector::look() {
     if (looks_++ % looks_between_maps == 0) renew_maps_ = true;
 }
 
-void Inspector::draw(Canvas& canvas, const Picture& screen) {
+void Inspector::draw(Canvas& canvas, const Picture& screen, const Area& covered) {
     const InspectorLayout layout = lay_out_inspector(canvas.width(), canvas.height());
     if (!screen.pixels.empty()) {
         const Placement placed = place_screen(screen.width, screen.height, layout.game);
         canvas.lay(screen, placed.at);
         if (survey_.screen_width == screen.width && survey_.screen_height == screen.height)
-            draw_overlay(survey_, placed, shown_);
+            draw_overlay(survey_, placed, shown_, covered);
     }
     draw_legend(layout.legend, shown_);
     draw_minimaps(layout.maps, survey_, engine_, canvas, renew_maps_);

@@ -16,8 +16,9 @@ class Inspector {
     // After a frame has been drawn.
     void look();
     // Into the canvas's frame that has begun: the screen as it was at the last look, marks, panels. A field
-    // that is moved by hand is written into the script's data.
-    void draw(Canvas& canvas, const Picture& screen);
+    // that is moved by hand is written into the script's data. What is going to be drawn over `covered` hides
+    // no figures.
+    void draw(Canvas& canvas, const Picture& screen, const Area& covered = {});
 
     [[nodiscard]] const Survey& survey() const { return survey_; }
 

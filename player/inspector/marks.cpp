@@ -84,10 +84,10 @@ int text_width(const std::string& text) {
     return static_cast<int>(ImGui::CalcTextSize(text.c_str()).x);
 }
 
-void draw_tags(ImDrawList& list, const std::vector<Tag>& tags, const Area& room) {
+void draw_tags(ImDrawList& list, const std::vector<Tag>& tags, const Area& room, const Area& covered) {
     constexpr ImU32 ground = IM_COL32(12, 14, 20, 170);
     const int height = static_cast<int>(ImGui::GetFontSize()) + 2;
-    std::vector<Area> taken;
+    std::vector<Area> taken{covered};
     for (const Tag& tag : tags) {
         const auto place = free_place({tag.x, tag.y, text_width(tag.text) + 6, height}, room, taken);
         if (!place) continue;

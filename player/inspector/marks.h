@@ -78,8 +78,8 @@ struct Tag {
     Rgba colour;
 };
 // The first ones have the better places: a tag moves up or down a little when another is in its way, and is
-// left out when it finds no place in the room. No tag is ever cut or covered, since half a number is a wrong
-// number.
-void draw_tags(ImDrawList& list, const std::vector<Tag>& tags, const Area& room);
+// left out when it finds no place in the room beside what is covered. No tag is ever cut or covered, since
+// half a number is a wrong number.
+void draw_tags(ImDrawList& list, const std::vector<Tag>& tags, const Area& room, const Area& covered);
 
 }  // namespace player

@@ -49,10 +49,10 @@ class Overlay {
     }
 
     // Once all marks are drawn, so that none crosses a figure.
-    void draw_all_tags() {
+    void draw_all_tags(const Area& covered) {
         std::vector<Tag> tags = std::move(figures_);
         tags.insert(tags.end(), names_.begin(), names_.end());
-        draw_tags(list_, tags, to_picture_.room());
+        draw_tags(list_, tags, to_picture_.room(), covered);
     }
 
   private:
@@ -135,7 +135,7 @@ class Overlay {
 
 }  // namespace
 
-void draw_overlay(const Survey& survey, const Placement& placed, const Shown& shown) {
+void draw_overlay(const Survey& survey, const Placement& placed, const Shown& shown, const Area& covered) {
     ImDrawList& list = *ImGui::GetBackgroundDrawList();
     const Projection to_picture(placed.at, survey.screen_width, survey.screen_height);
     const int thickness = std::max(1, (placed.scale + 1) / 2);
@@ -155,7 +155,7 @@ void draw_overlay(const Survey& survey, const Placement& placed, const Shown& sh
             same->second += ", " + text_of(scroll.number);
     }
     for (const auto& [view, name] : names) overlay.name_view(view, name);
-    overlay.draw_all_tags();
+    overlay.draw_all_tags(covered);
     list.PopClipRect();
 }
 

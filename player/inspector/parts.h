@@ -9,8 +9,8 @@
 
 namespace player {
 
-// overlay.cpp: views, regions, cameras, edges and sprites over the game.
-void draw_overlay(const Survey& survey, const Placement& placed, const Shown& shown);
+// overlay.cpp: views, regions, cameras, edges and sprites over the game; no text where it is covered.
+void draw_overlay(const Survey& survey, const Placement& placed, const Shown& shown, const Area& covered);
 
 // legend.cpp: what the colours mean; a click hides or shows a kind of mark.
 void draw_legend(const Area& area, Shown& shown);

@@ -125,12 +125,12 @@ void draw_camera(const ScrollSurvey& scroll) {
                          std::string(name) + " = " + std::to_string(chosen->number) +
                              (chosen->defined ? ": nothing of it is on the screen" : " was never defined"));
         const Distances far = distances(camera.on_destination, chosen->rect);
-        write(colour_of(mark), std::string(name) + ": left " + std::to_string(far.left) + "  right " +
+        write(colour_of(mark), "to " + std::string(name) + ": left " + std::to_string(far.left) + "  right " +
                                    std::to_string(far.right) + "  up " + std::to_string(far.top) + "  down " +
                                    std::to_string(far.bottom));
     };
-    region(scroll.region1, Mark::region1, "to region1");
-    region(scroll.region2, Mark::region2, "to region2");
+    region(scroll.region1, Mark::region1, "region1");
+    region(scroll.region2, Mark::region2, "region2");
 }
 
 // "z 600 (3 sprites), 512 front plane, 100": the drawing order, runs of equal z taken together.

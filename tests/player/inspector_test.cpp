@@ -11,6 +11,8 @@
 #include <random>
 #include <set>
 
+#include "player/panels.h"
+
 using namespace player;
 
 namespace {
@@ -172,7 +174,9 @@ TEST_CASE("no number is ever cut or covered, however long it is and however smal
             CAPTURE(size.width);
             Canvas canvas(size.width, size.height);
             canvas.begin();
-            inspector.draw(canvas, screen);
+            const Area note = note_place("paused", lay_out_inspector(size.width, size.height).game);
+            inspector.draw(canvas, screen, note);
+            show_note("paused", note);
             canvas.finish();
             int covered = 0;
             for (const std::string& word : words_drawn(covered)) {
