@@ -66,32 +66,19 @@ constexpr std::uint32_t fade_pixel(std::uint32_t s, std::uint32_t f) {
     return join_channels(((s & 0xff00ff) + 0x010001) * f, ((s & 0xff00) + 0x0100) * f);
 }
 
-// D stays.
-template <class Pixel>
-struct Keep {
-    constexpr Pixel operator()(Pixel d, Pixel) const { return d; }
-};
-
-// D := 0.
-template <class Pixel>
-struct Clear {
-    constexpr Pixel operator()(Pixel, Pixel) const { return 0; }
-};
-
 // D := S.
 template <class Pixel>
 struct Copy {
     constexpr Pixel operator()(Pixel, Pixel s) const { return s; }
 };
 
-// Neighbours are mostly alike, within a shape and around it. A rule with a long equation names bits of S, and
-// the rule that the equation comes to where none of them is set, and where all are (void: nothing shorter).
-// Loops ask once for many pixels.
-template <std::uint32_t bits, class NoneSet, class AllSet>
+// Neighbours are mostly alike, within a shape and around it. A rule with a long equation may name the bits of
+// S that decide its simple cases: where none of them is set, D stays; where all are and `all_set_copies`, D
+// := S. Loops ask once for many pixels.
+template <std::uint32_t bits, bool all_set_copies>
 struct Cases {
     static constexpr std::uint32_t deciding = bits;  // of the pixels that lie in 32 bits of memory
-    using WhereNoneSet = NoneSet;
-    using WhereAllSet = AllSet;
+    static constexpr bool all_copies = all_set_copies;
 };
 constexpr std::uint32_t alpha_bits = 0xff000000;
 constexpr std::uint32_t every_bit = 0xffffffff;
@@ -113,7 +100,7 @@ struct Blended {
 template <class Pixel>
 struct KeyedBlended {
     Pixel alpha;  // 0-254
-    using GroupCases = Cases<every_bit, Keep<Pixel>, void>;
+    using GroupCases = Cases<every_bit, false>;
     constexpr Pixel operator()(Pixel d, Pixel s) const {
         const auto drawn = s != 0 ? static_cast<Pixel>(~Pixel{0}) : Pixel{0};
         return static_cast<Pixel>((mix(d, s, alpha) & drawn) | (d & ~drawn));
@@ -124,7 +111,6 @@ struct KeyedBlended {
 // fade_pixel(S, a). fade_pixel(S, 0) is 0 and fade_pixel(S, 255) has S's colour, so only byte 3 is left to
 // choose.
 struct OverBlack {
-    using GroupCases = Cases<alpha_bits, Clear<std::uint32_t>, Copy<std::uint32_t>>;
     constexpr std::uint32_t operator()(std::uint32_t, std::uint32_t s) const {
         const std::uint32_t a = alpha_of(s);
         return fade_pixel(s, a) | (a == 255 ? 0xff000000 : 0);
@@ -134,7 +120,7 @@ struct OverBlack {
 // Per-pixel alpha over what is there.  a = 0: D stays.  a = 255: D := S.  Otherwise D := mix_pixel(D, S, a).
 // A factor of 256 in place of 255 makes the mix give S's colour, and 0 gives D's.
 struct AlphaOver {
-    using GroupCases = Cases<alpha_bits, Keep<std::uint32_t>, Copy<std::uint32_t>>;
+    using GroupCases = Cases<alpha_bits, true>;
     constexpr std::uint32_t operator()(std::uint32_t d, std::uint32_t s) const {
         const std::uint32_t a = alpha_of(s);
         const std::uint32_t opaque = (a + 1) >> 8;  // 1 or 0
@@ -147,7 +133,7 @@ struct AlphaOver {
 // e = 0: D stays.  Otherwise D := mix_pixel(D, S, e).
 struct FadedAlphaOver {
     std::uint32_t alpha;  // 0-254
-    using GroupCases = Cases<alpha_bits, Keep<std::uint32_t>, void>;
+    using GroupCases = Cases<alpha_bits, false>;
     constexpr std::uint32_t operator()(std::uint32_t d, std::uint32_t s) const {
         const std::uint32_t e = (alpha_of(s) + 1) * alpha >> 8;
         return mix_pixel(d, s, e) | (e == 0 ? d & 0xff000000 : 0);

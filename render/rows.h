@@ -108,7 +108,7 @@ SCROLL2D_PART_OF_LOOP inline BitsSet bits_set(const Pixel* s) {
         for (std::int32_t i = 0; i < group; i += word_pixels) in_any |= word_at(i);
         return (in_any & deciding) == 0 ? BitsSet::none : BitsSet::some;
     }
-    if (!std::is_void_v<typename Cases::WhereAllSet> && first == deciding) {
+    if (Cases::all_copies && first == deciding) {
         std::uint32_t in_all = deciding;
 #pragma GCC unroll 1
         for (std::int32_t i = 0; i < group; i += word_pixels) in_all &= word_at(i);
@@ -132,31 +132,21 @@ template <std::int32_t group, class Pixel, class Rule>
 SCROLL2D_PART_OF_LOOP inline void lay_group(Pixel* __restrict d, const Rule& rule,
                                             const Pixel* __restrict s) {
     if constexpr (has_cases<Rule>) {
-        using Cases = typename Rule::GroupCases;
-        using WhereAllSet = typename Cases::WhereAllSet;
-        const BitsSet set = bits_set<Cases, group>(s);
-        if (set == BitsSet::none) return lay_pixels<group>(d, typename Cases::WhereNoneSet{}, s);
-        if constexpr (!std::is_void_v<WhereAllSet>) {
-            if (set == BitsSet::all) return lay_pixels<group>(d, WhereAllSet{}, s);
-        }
+        const BitsSet set = bits_set<typename Rule::GroupCases, group>(s);
+        if (set == BitsSet::none) return;
+        if (set == BitsSet::all) return lay_pixels<group>(d, Copy<Pixel>{}, s);
     }
     lay_pixels<group>(d, rule, s);
 }
 
-// The same for both planes. A front plane that leaves a group to the back plane, or hides it, decides alone.
+// The same for both planes. Where the front plane leaves a group to the back plane, or hides it, that is all.
 template <std::int32_t group, class Pixel, class Front, class Back>
 SCROLL2D_PART_OF_LOOP inline void lay_group(Pixel* __restrict d, const Stacked<Front, Back>& rule,
                                             const Pixel* __restrict front, const Pixel* __restrict back) {
     if constexpr (has_cases<Front>) {
-        using Cases = typename Front::GroupCases;
-        using WhereAllSet = typename Cases::WhereAllSet;
-        static_assert(std::is_same_v<typename Cases::WhereNoneSet, Keep<Pixel>>);
-        static_assert(std::is_void_v<WhereAllSet> || std::is_same_v<WhereAllSet, Copy<Pixel>>);
-        const BitsSet set = bits_set<Cases, group>(front);
+        const BitsSet set = bits_set<typename Front::GroupCases, group>(front);
         if (set == BitsSet::none) return lay_group<group>(d, rule.back, back);
-        if constexpr (!std::is_void_v<WhereAllSet>) {
-            if (set == BitsSet::all) return lay_pixels<group>(d, WhereAllSet{}, front);
-        }
+        if (set == BitsSet::all) return lay_pixels<group>(d, Copy<Pixel>{}, front);
     }
     if constexpr (has_cases<Back>) {
         lay_group<group>(d, rule.back, back);
