@@ -35,6 +35,18 @@ SDL_Window* open_window(const Options& options) {
     return window;
 }
 
+// Full or maximal: how large it is, is not ours to say.
+bool enlarged(SDL_Window* window) {
+    return (SDL_GetWindowFlags(window) & (SDL_WINDOW_FULLSCREEN_DESKTOP | SDL_WINDOW_MAXIMIZED)) != 0;
+}
+
+// Whether SDL knows of nobody who draws a frame around the window, as where no window manager runs.
+bool unframed(SDL_Window* window) {
+    int top = 0, left = 0, bottom = 0, right = 0;
+    return SDL_GetWindowBordersSize(window, &top, &left, &bottom, &right) == 0 &&
+           (top | left | bottom | right) == 0;
+}
+
 double seconds_now() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
@@ -126,9 +138,30 @@ void Window::obey(Command command) {
     }
 }
 
+// SDL leaves it to the window manager to enlarge the window and takes it for done. Where there is none, the
+// window would stay as it was and show a corner of the picture; so it is given the display's size beforehand.
 void Window::toggle_full_screen() {
-    const bool full = (SDL_GetWindowFlags(window_.get()) & SDL_WINDOW_FULLSCREEN_DESKTOP) != 0;
-    SDL_SetWindowFullscreen(window_.get(), full ? 0 : SDL_WINDOW_FULLSCREEN_DESKTOP);
+    SDL_Window* window = window_.get();
+    if ((SDL_GetWindowFlags(window) & SDL_WINDOW_FULLSCREEN_DESKTOP) != 0) {
+        SDL_SetWindowFullscreen(window, 0);
+        if (windowed_) place_window(*windowed_);
+        windowed_.reset();
+        return;
+    }
+    SDL_Rect display{};
+    if (!enlarged(window) && unframed(window) &&
+        SDL_GetDisplayBounds(std::max(0, SDL_GetWindowDisplayIndex(window)), &display) == 0) {
+        windowed_.emplace();
+        SDL_GetWindowPosition(window, &windowed_->x, &windowed_->y);
+        SDL_GetWindowSize(window, &windowed_->width, &windowed_->height);
+        place_window({display.x, display.y, display.w, display.h});
+    }
+    SDL_SetWindowFullscreen(window, SDL_WINDOW_FULLSCREEN_DESKTOP);
+}
+
+void Window::place_window(const Area& at) {
+    SDL_SetWindowSize(window_.get(), at.width, at.height);
+    SDL_SetWindowPosition(window_.get(), at.x, at.y);
 }
 
 // ---- The game
@@ -171,16 +204,17 @@ void Window::play_frame() {
     exit_status_ = session_->game.exit_status;
 }
 
-// After a change of video mode, or of what is shown. A window that its user has made full or maximal stays.
+// After a change of video mode, or of what is shown. A window that its user has made full or maximal stays as
+// long as it is that.
 void Window::fit_window() {
     SDL_Window* window = window_.get();
     if (screen_.pixels.empty()) return;
-    if ((SDL_GetWindowFlags(window) & (SDL_WINDOW_FULLSCREEN_DESKTOP | SDL_WINDOW_MAXIMIZED)) != 0) return;
+    fit_due_ = enlarged(window);
+    if (fit_due_) return;
     const int display = std::max(0, SDL_GetWindowDisplayIndex(window));
     const Area size = fitting_size(display, screen_.width, screen_.height, inspecting_);
-    SDL_SetWindowSize(window, size.width, size.height);
     const int middle = static_cast<int>(SDL_WINDOWPOS_CENTERED_DISPLAY(static_cast<unsigned>(display)));
-    SDL_SetWindowPosition(window, middle, middle);
+    place_window({middle, middle, size.width, size.height});
 }
 
 void Window::look_at_files(double now) {
@@ -229,6 +263,7 @@ void Window::show() {
 
 bool Window::turn(double now) {
     take_events();
+    if (fit_due_) fit_window();
     for (int due = pacer_.due(now); due > 0 && !closing_; --due)
         if (transport_.take_frame()) play_frame();
     look_at_files(now);

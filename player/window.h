@@ -62,6 +62,7 @@ class Window {
     void play_frame();
     void show();
     void fit_window();
+    void place_window(const Area& at);
     void look_at_files(double now);
     void write_title();
     void toggle_full_screen();
@@ -82,6 +83,8 @@ class Window {
     std::optional<std::string> changed_file_;
     double next_look_ = 0;
     std::string title_;
+    bool fit_due_ = false;          // once the window is neither full nor maximal
+    std::optional<Area> windowed_;  // where a window was that had to be enlarged to be full
     bool keys_shown_ = false;
     bool closing_ = false;
     int exit_status_ = 0;

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
+#include <vector>
 
 using namespace player;
 
@@ -219,4 +220,26 @@ TEST_CASE("the inspector comes and goes at any moment of a game, and of its erro
         REQUIRE(played.turn());
     }
     CHECK(played.window().session() == nullptr);
+}
+
+TEST_CASE("what is shown differently during full screen finds its size when the window is back") {
+    const auto shown_with_keys = [](const std::vector<SDL_Keycode>& keys) {
+        Played played("while true do frame() end");
+        played.turn();
+        for (const SDL_Keycode key : keys) {
+            played.tap(key);
+            played.turn();
+        }
+        played.turn();
+        SDL_Window* window = SDL_GetWindowFromID(1);  // the first since SDL began
+        REQUIRE(window != nullptr);
+        CHECK((SDL_GetWindowFlags(window) & SDL_WINDOW_FULLSCREEN_DESKTOP) == 0);
+        int width = 0, height = 0;
+        SDL_GetWindowSize(window, &width, &height);
+        return std::vector{width, height};
+    };
+    const std::vector<int> plain = shown_with_keys({}), inspected = shown_with_keys({SDLK_F2});
+    CHECK(plain != inspected);
+    CHECK(shown_with_keys({SDLK_F11, SDLK_F2, SDLK_F11}) == inspected);
+    CHECK(shown_with_keys({SDLK_F11, SDLK_F2, SDLK_F2, SDLK_F11}) == plain);
 }
