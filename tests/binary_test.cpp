@@ -42,6 +42,15 @@ class ElfFile {
                 visit(at<Entry>(section.sh_offset + at_byte), bytes_.data() + strings.sh_offset);
         }
     }
+    // Where the part that a program maps ends; stripping leaves little more than that.
+    [[nodiscard]] std::uint32_t end_of_loaded() const {
+        std::uint32_t end = 0;
+        for (std::uint32_t i = 0; i < header().e_phnum; ++i) {
+            const auto& segment = at<Elf32_Phdr>(header().e_phoff + i * sizeof(Elf32_Phdr));
+            if (segment.p_type == PT_LOAD) end = std::max(end, segment.p_offset + segment.p_filesz);
+        }
+        return end;
+    }
 
   private:
     template <class Entry>
@@ -77,9 +86,12 @@ TEST_CASE("the file shows exactly the listed symbols, all of the module's own pr
 }
 
 // Sanitizers and asserts need more; what ships needs this.
-TEST_CASE("the file needs malloc, free and memcpy of the C library, and nothing else" *
+TEST_CASE("the file is small, and needs malloc, free and memcpy of the C library and nothing else" *
           doctest::skip(!SCROLL2D_SHIPS)) {
     const ElfFile file(SCROLL2D_MODULE);
+    constexpr std::uint32_t limit = 150'000;
+    constexpr std::uint32_t section_headers = 2'000;
+    CHECK(file.end_of_loaded() < limit - section_headers);
     Names undefined;
     file.each<Elf32_Sym>(SHT_DYNSYM, [&](const Elf32_Sym& symbol, const char* strings) {
         if (symbol.st_name != 0 && symbol.st_shndx == SHN_UNDEF && ELF32_ST_BIND(symbol.st_info) != STB_WEAK)
