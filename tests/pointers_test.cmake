@@ -1,5 +1,5 @@
 # The pages that point into the code point at what is there: every file they name exists, and every function or type
-# occurs in the module's sources.
+# occurs in the module's sources; where a page says "`name` in `file`", in that file.
 #
 # cmake -D ROOT=... -P pointers_test.cmake
 file(GLOB sources ${ROOT}/module/* ${ROOT}/scroll/* ${ROOT}/buffer/* ${ROOT}/render/*)
@@ -15,6 +15,20 @@ foreach(page exactness the-ring)
     file(READ ${ROOT}/docs/${page}.md text)
     string(REGEX MATCHALL "`[a-zA-Z0-9_./-]+`" names "${text}")
     list(REMOVE_DUPLICATES names)
+    string(REGEX REPLACE "[\n ]+" " " flowing "${text}")
+    string(REGEX MATCHALL "`[A-Za-z0-9_]+` in `[a-z]+/[a-zA-Z0-9_]+\\.[a-z]+`" places "${flowing}")
+    foreach(place IN LISTS places)
+        string(REGEX MATCH "`(.+)` in `(.+)`" place "${place}")
+        set(name ${CMAKE_MATCH_1})
+        set(file ${CMAKE_MATCH_2})
+        math(EXPR checked "${checked} + 1")
+        if(EXISTS ${ROOT}/${file})
+            file(READ ${ROOT}/${file} text)
+            if(NOT text MATCHES "[^A-Za-z0-9_]${name}[^A-Za-z0-9_]")
+                string(APPEND wrong "\n${page}.md: there is no ${name} in ${file}")
+            endif()
+        endif()
+    endforeach()
     foreach(name IN LISTS names)
         string(REPLACE "`" "" name ${name})
         math(EXPR checked "${checked} + 1")
