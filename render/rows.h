@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <type_traits>
 
 #include "module/host_records.h"
 #include "render/pixel_rules.h"
@@ -81,12 +80,12 @@ SCROLL2D_SMALL void lay_rest(Pixel* d, std::int32_t width, Rule rule, const Sour
 }
 
 // Does a rule, or one of two that are stacked, name cases for groups of pixels?
-template <class Rule, class = void>
-constexpr bool has_cases = false;
 template <class Rule>
-constexpr bool has_cases<Rule, std::void_t<typename Rule::GroupCases>> = true;
+inline constexpr bool has_cases = requires {
+    typename Rule::GroupCases;
+};
 template <class Front, class Back>
-constexpr bool has_cases<Stacked<Front, Back>> = has_cases<Front> || has_cases<Back>;
+inline constexpr bool has_cases<Stacked<Front, Back>> = has_cases<Front> || has_cases<Back>;
 
 // Which of the deciding bits of a group's pixels are set. The first pixels tell which answer is possible, so
 // that little is lost where each pixel differs from the next.
