@@ -11,9 +11,10 @@ namespace {
 
 constexpr Variant one_plane{1, 0, 255};
 
-// A move beyond half the view is a fill, of a part of the map that was not shown before.
-Position refill(Size view) {
-    return {view.width / 2 + 1, 0};
+// A move beyond half the view is a fill, of a part of the map that was not shown before. It goes the way of
+// the moves beside it, so that both find as much of the map in the caches.
+Position refill(Size view, Position unit) {
+    return {unit.x * (view.width / 2 + 1), unit.y * (view.height / 2 + 1)};
 }
 
 // After moves the scroll has to show the map where it stands.
@@ -82,8 +83,9 @@ void measure_direction(const Options& options, Stage& stage, const Direction& di
         m.value = std::to_string(n);
         for (int i = 0; i < 7; ++i) show.move(step);
         check_show(stage, show, m.name());
-        const auto timings = time_side_by_side(
-            {{"module", [&] { show.move(step); }}, {"refill", [&] { show.move(refill(view)); }}}, plan);
+        const auto timings = time_side_by_side({{"module", [&] { show.move(step); }},
+                                                {"refill", [&] { show.move(refill(view, direction.unit)); }}},
+                                               plan);
         for (const Timing& timing : timings) {
             m.contender = timing.name;
             m.microseconds = timing.microseconds;
