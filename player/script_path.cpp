@@ -61,7 +61,8 @@ std::string hint(const std::string& asked, const fs::path& demos, const std::vec
     const fs::path wanted = without_extension(asked);
     // A long path is no licence to misread a short name.
     const auto name = closest(wanted.string(), names, wanted.filename().string().size());
-    return name ? "; did you mean " + *name + extension + "?" : "";
+    const char* const ending = wanted == asked ? "" : extension;
+    return name ? "; did you mean " + *name + ending + "?" : "";
 }
 
 // The first sentence of the comment that a script opens with.

@@ -51,7 +51,7 @@ TEST_CASE("a demo is found by the end of its path, and a mistyped one named") {
         }
     };
     CHECK(message("demos/mian.lua") == "no such script: demos/mian.lua; did you mean demos/main.lua?");
-    CHECK(message("mian") == "no such script: mian; did you mean main.lua?");
+    CHECK(message("mian") == "no such script: mian; did you mean main?");
     CHECK(
         message((root / "onw.lua").string()).ends_with("did you mean " + (root / "own.lua").string() + "?"));
     CHECK(message("demos/guide/cup") == "no such script: demos/guide/cup");
