@@ -40,8 +40,7 @@ struct BufferSize {
     bool fits;           // in 31 bits; otherwise it cannot be allocated
 };
 
-// Stores what follows from the view's size: ring_size, pitch, last_row_offset, last_row_bytes.
-BufferSize size_buffers(ScrollRecord& r);
+BufferSize buffer_size(const ScrollRecord& r);
 
 // A buffer of that size, or null.
 std::uint8_t* allocate_buffer(BufferSize size);
@@ -51,7 +50,8 @@ std::uint8_t* allocate_buffer(BufferSize size);
 // Returns 0, or the number of the plane whose allocation failed; then nothing has changed.
 std::int32_t renew_buffers(ScrollRecord& r);
 
-// Makes the record's buffers those of the view and depth on record.
+// Makes the record's buffers those of the view and depth on record: stores what buffers_fit() asks about, and
+// ring_size, pitch, last_row_offset and last_row_bytes with it, so that these always describe the buffers.
 void own_buffers(ScrollRecord& r);
 
 // Says that the buffers hold nothing for any view, so that the next draw makes new ones.

@@ -35,6 +35,8 @@ void check_pointers(const Plane& plane) {
     const std::int64_t offset = (plane.start - plane.buffer) / pscroll->made_pixel_bytes;
     assert(offset >= 0 && offset < pscroll->ring_size);
     assert(plane.rows_to_wrap == pscroll->height - offset / pscroll->width);
+    assert(pscroll->ring_size == pscroll->width * pscroll->height);
+    assert(pscroll->pitch == pscroll->width * pscroll->made_pixel_bytes);
     // Going on past the wrap is going back by the last row's offset.
     assert(pscroll->last_row_offset == pscroll->ring_size - pscroll->width);
     assert(pscroll->last_row_bytes == pscroll->last_row_offset * pscroll->made_pixel_bytes);

@@ -13,16 +13,9 @@ bool buffers_fit(const ScrollRecord& r) {
            r.made_pixel_bytes == routine_pixel_bytes && r.width >= 1 && r.height >= 1;
 }
 
-BufferSize size_buffers(ScrollRecord& r) {
-    const std::int64_t width = r.width;
-    const std::int64_t height = r.height;
-    const std::int64_t pitch = routine_pixel_bytes * width;
-    r.ring_size = wrap32(width * height);
-    r.pitch = wrap32(pitch);
-    r.last_row_offset = wrap32((height - 1) * width);
-    r.last_row_bytes = wrap32((height - 1) * r.pitch);
-
-    const std::int64_t pixels = (height + 1) * width;  // below 2^63: both factors are below 2^31 + 1
+BufferSize buffer_size(const ScrollRecord& r) {
+    // Below 2^63: both factors are below 2^31 + 1.
+    const std::int64_t pixels = (std::int64_t{r.height} + 1) * r.width;
     const bool fits = pixels <= int32_max / routine_pixel_bytes;
     const std::uint64_t bytes =
         static_cast<std::uint64_t>(pixels) * static_cast<std::uint32_t>(routine_pixel_bytes);
@@ -37,7 +30,7 @@ std::uint8_t* allocate_buffer(BufferSize size) {
 // Every scroll that has a buffer at all had `planes` planes when they were made, so a first buffer that fits
 // vouches for the second.
 std::int32_t renew_buffers(ScrollRecord& r) {
-    const BufferSize size = size_buffers(r);
+    const BufferSize size = buffer_size(r);
     std::uint8_t* const first = allocate_buffer(size);
     if (first == nullptr) return 1;
     std::uint8_t* second = nullptr;
@@ -55,7 +48,12 @@ std::int32_t renew_buffers(ScrollRecord& r) {
     return 0;
 }
 
+// No product exceeds the buffer's size, which has been allocated.
 void own_buffers(ScrollRecord& r) {
+    r.ring_size = r.width * r.height;
+    r.pitch = r.width * routine_pixel_bytes;
+    r.last_row_offset = (r.height - 1) * r.width;
+    r.last_row_bytes = (r.height - 1) * r.pitch;
     r.made_width = r.width;
     r.made_height = r.height;
     r.made_pixel_bytes = routine_pixel_bytes;

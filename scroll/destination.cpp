@@ -61,7 +61,6 @@ Aim present_aim(const ScrollRecord& r) {
 
 void take_aim(ScrollRecord& r, const Aim& aim) {
     store_view(r, aim.view);
-    size_buffers(r);
     r.dest_file = aim.file;
     r.dest_graph = aim.graph;
     r.region = aim.region;

@@ -121,7 +121,7 @@ std::int32_t start(const Arguments& a, std::int32_t planes) {
     r.region = a.region;
     r.mode = a.mode;
     store_view(r, starting_view(r, look_up_destination(r)));
-    const BufferSize size = size_buffers(r);
+    const BufferSize size = buffer_size(r);
     if (stored_view(r).empty()) return fail(name, error_empty_view, 5, a.region);
 
     if (!set_up_plane(1, *pfpgmap1_scroll2D->bitmap, size)) return fail(name, error_no_memory, 0, size.bytes);

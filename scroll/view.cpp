@@ -27,7 +27,7 @@ void report_shortage(ScrollRecord& r, std::int32_t failed_plane, std::int32_t by
 bool renew_view(ScrollRecord& r) {
     const std::int32_t failed_plane = renew_buffers(r);
     if (failed_plane != 0) {
-        report_shortage(r, failed_plane, size_buffers(r).bytes);
+        report_shortage(r, failed_plane, buffer_size(r).bytes);
         return false;
     }
     set_scroll(1, r.plane1_x, r.plane1_y);
@@ -91,7 +91,7 @@ bool bring_view_up_to_date() {
     ScrollRecord& r = *pscroll;
     const std::int32_t failed_plane = make_buffers_fit(r);
     if (failed_plane != 0) {
-        report_shortage(r, failed_plane, size_buffers(r).bytes);
+        report_shortage(r, failed_plane, buffer_size(r).bytes);
         return false;
     }
 
@@ -108,7 +108,6 @@ bool bring_view_up_to_date() {
     if (stored_view(r).empty()) return false;
     if (renew_view(r)) return true;
     store_view(r, old);
-    size_buffers(r);
     return false;
 }
 
