@@ -30,8 +30,8 @@ namespace scroll2d {
 
 // ---- plane_buffers.cpp
 
-// Whether the current scroll's buffers were made and filled for the view and the depth as they are now. While
-// not, nothing may be read from them or written into them.
+// Whether a scroll's buffers were made and filled for the view and the depth as they are now. While not,
+// nothing may be read from them or written into them.
 bool buffers_fit(const ScrollRecord& r);
 
 // The size of a plane's buffer for the view on record.
@@ -42,7 +42,7 @@ struct BufferSize {
 
 BufferSize buffer_size(const ScrollRecord& r);
 
-// A buffer of that size, or null.
+// A buffer of that size, the caller's until a record holds it; null without memory.
 std::uint8_t* allocate_buffer(BufferSize size);
 
 // Gives every plane of the scroll a new buffer for the view on record and frees the old ones: all or none.
@@ -51,36 +51,40 @@ std::uint8_t* allocate_buffer(BufferSize size);
 std::int32_t renew_buffers(ScrollRecord& r);
 
 // Makes the record's buffers those of the view and depth on record: stores what buffers_fit() asks about, and
-// ring_size, pitch, last_row_offset and last_row_bytes with it, so that these always describe the buffers.
+// ring_size, pitch, last_row_offset and last_row_bytes with it, so that these always describe the buffers. A
+// shortage of memory is over then.
 void own_buffers(ScrollRecord& r);
 
-// Says that the buffers hold nothing for any view, so that the next draw makes new ones.
+// Says that the buffers hold nothing for any view, so that the next draw or move makes new ones.
 void disown_buffers(ScrollRecord& r);
 
+// Frees what buffers there are; the record then has none.
 void free_buffers(ScrollRecord& r);
 
 // ---- fill.cpp
 
-// Fills a plane of the current scroll for position (x, y), clamped on axes that do not wrap, and copies all
-// four plane coordinates into the script element.
+// Fills plane 1 or 2 of the current scroll for position (x, y), clamped on axes that do not wrap, and copies
+// all four plane coordinates into the script element. Fills nothing while the view has no buffers.
 //   reads: pscroll, _scroll_     writes: the plane's buffer, read pointer and position; x0, y0, x1, y1
 void set_scroll(std::int32_t plane, std::int32_t x, std::int32_t y);
 
 // Copies all four plane coordinates into the script element.
 void mirror_positions();
 
+// The fill of each depth, called through the pointer of render/routine_pointers.h alone.
 void setting_scroll_8bits(std::int32_t plane, std::int32_t x, std::int32_t y);
 void setting_scroll_16bits(std::int32_t plane, std::int32_t x, std::int32_t y);
 void setting_scroll_32bits(std::int32_t plane, std::int32_t x, std::int32_t y);
 
 // ---- shift.cpp
 
-// Moves a plane of the current scroll by (dx, dy) map pixels: clamped as a fill does, shifted up to half the
-// view, filled anew beyond. Copies the plane's position into the script element. Does nothing while the view
-// has no buffers.
+// Moves plane 1 or 2 of the current scroll by (dx, dy) map pixels: clamped as a fill does, shifted up to half
+// the view, filled anew beyond. Copies the plane's position into the script element. Does nothing while the
+// view has no buffers.
 //   reads: pscroll, _scroll_     writes: as set_scroll, but a shift mirrors its own plane only
 void moving_scroll(std::int32_t plane, std::int64_t dx, std::int64_t dy);
 
+// The steps of each depth, called through the pointers of render/routine_pointers.h alone.
 void moving_scroll_left_8bits(std::int32_t plane, std::int32_t x, std::int32_t y);
 void moving_scroll_left_16bits(std::int32_t plane, std::int32_t x, std::int32_t y);
 void moving_scroll_left_32bits(std::int32_t plane, std::int32_t x, std::int32_t y);

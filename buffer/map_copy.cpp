@@ -23,8 +23,9 @@ __attribute__((noinline)) void copy_in_chunks(std::uint8_t* to, std::ptrdiff_t t
     }
 }
 
-// Copies a block of bytes, row by row from the top. A call of memcpy pays on long rows only: on rows that
-// follow one another in `to` later than on a strip within longer rows.
+// Copies a block of bytes, row by row from the top. A call of memcpy pays on long rows only. Where
+// rows follow one another in `to` without a gap, the processor works on one while it ends the one before, and
+// a call pays later than in a strip of longer rows.
 void copy_block(std::uint8_t* to, std::ptrdiff_t to_stride, const std::uint8_t* from,
                 std::ptrdiff_t from_stride, std::size_t bytes, std::int32_t rows) {
     const bool without_gaps = to_stride == static_cast<std::ptrdiff_t>(bytes);

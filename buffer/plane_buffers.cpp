@@ -8,6 +8,8 @@
 
 namespace scroll2d {
 
+// Every scroll that has a buffer at all had `planes` planes when they were made, so a first buffer that fits
+// vouches for the second.
 bool buffers_fit(const ScrollRecord& r) {
     return r.buffer1 != nullptr && r.made_width == r.width && r.made_height == r.height &&
            r.made_pixel_bytes == routine_pixel_bytes && r.width >= 1 && r.height >= 1;
@@ -27,8 +29,6 @@ std::uint8_t* allocate_buffer(BufferSize size) {
                      : nullptr;
 }
 
-// Every scroll that has a buffer at all had `planes` planes when they were made, so a first buffer that fits
-// vouches for the second.
 std::int32_t renew_buffers(ScrollRecord& r) {
     const BufferSize size = buffer_size(r);
     std::uint8_t* const first = allocate_buffer(size);

@@ -1,9 +1,9 @@
 // The pixel rules. A rule says what a pixel becomes when the pixel S of a plane is laid over D, the pixel
 // that is already there: one struct each, its equation above it. Rules know no loop, and loops know no rule.
 //
-// All rules are branch-free arithmetic on unsigned pixels: a branch per pixel costs many times more, and this
-// form is what compilers turn into vector code. Two channels share one 32-bit word under 0x00ff00ff; no lane
-// ever exceeds 255 x 256, so none spills into the next.
+// All rules are branch-free arithmetic: a branch per pixel costs many times more, and this form is what
+// compilers turn into vector code. At 32 bits two channels share one word under 0x00ff00ff; no lane ever
+// exceeds 255 x 256, so none spills into the next.
 //
 // The divisor of all blends is 256, not 255, and a blended pixel's byte 3 is 0: contract, see
 // docs/exactness.md.
@@ -17,10 +17,6 @@ constexpr std::uint32_t alpha_of(std::uint32_t pixel) {
     return pixel >> 24;
 }
 
-// All blends come from one identity: D + (((S - D) x f) >> 8) == (D x 256 + (S - D) x f) >> 8 == (D x (256 -
-// f) + S x f) >> 8. The sum lies between 0 and 255 x 256, so computing it modulo 2^16, or two lanes of it
-// modulo 2^32, loses nothing, and a negative difference needs no care.
-
 // Two words of a blend, each channel one byte above its place, put together into a pixel:
 // outer [channel 2][.][channel 0][.], middle [.][channel 1][.][.].
 constexpr std::uint32_t join_channels(std::uint32_t outer, std::uint32_t middle) {
@@ -29,6 +25,9 @@ constexpr std::uint32_t join_channels(std::uint32_t outer, std::uint32_t middle)
 
 // mix_pixel: each colour byte D + (((S - D) x f) >> 8), the shift flooring; byte 3 is 0.
 // f is 0 to 256; 0 gives D's colour exactly, 256 gives S's.
+//
+// That is (D x 256 + (S - D) x f) >> 8, and D x 256 + (S - D) x f == D x (256 - f) + S x f lies between 0 and
+// 255 x 256. So computing two lanes of it modulo 2^32 loses nothing, and a negative difference needs no care.
 constexpr std::uint32_t mix_pixel(std::uint32_t d, std::uint32_t s, std::uint32_t f) {
     const std::uint32_t d_outer = d & 0xff00ff;
     const std::uint32_t s_outer = s & 0xff00ff;
@@ -141,9 +140,9 @@ struct FadedAlphaOver {
 };
 
 // Two planes in one pass: the back pixel goes onto D by its rule, the front pixel onto that by its own.
-// Every two-plane case is such a pair. Where both planes have alpha and the back pixel is transparent, the
-// back rule leaves D's byte 3 and not 0; no result shows it, since a front pixel that mixes reads colour
-// bytes only.
+// Every two-plane case is such a pair. By contract a transparent back pixel clears D's byte 3 where a front
+// pixel is mixed in; no rule here does, and no result shows it, since mixing reads colour bytes only and
+// clears byte 3 itself.
 template <class Front, class Back>
 struct Stacked {
     Front front;

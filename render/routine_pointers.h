@@ -9,7 +9,7 @@
 
 namespace scroll2d {
 
-// Fills a plane of the current scroll for a position; called by set_scroll alone.
+// Fills a plane of the current scroll for a position and tells the script nothing: set_scroll() does both.
 extern void (*setting_scroll)(std::int32_t plane, std::int32_t x, std::int32_t y);
 
 // Draw the current scroll into its destination.

@@ -41,8 +41,8 @@ bool refresh() {
         if (!refresh_plane(number)) return false;
     }
     if (!buffers_fit(*pscroll)) {
-        make_buffers_fit(
-            *pscroll);  // the depth has changed: nothing could be filled until all maps were known
+        // The depth has changed: nothing could be filled until all maps were known.
+        make_buffers_fit(*pscroll);
         mirror_positions();
     }
     return true;

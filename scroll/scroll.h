@@ -23,12 +23,12 @@ std::int32_t RVK_scroll_stop();
 // scroll_move(num) -> how many running scrolls were moved; 0 when a map has gone. Error 107.   camera.cpp
 std::int32_t RVK_scroll_move();
 
-// scroll_refresh(num) -> how many running scrolls were refreshed; 0 when a map has gone. Error 107.
-// refresh.cpp
+// scroll_refresh(num) -> how many running scrolls were refreshed; 0 when a file or a map is not there. Error
+// 107.   refresh.cpp
 std::int32_t RVK_scroll_refresh();
 
-// scroll_set_destination(num, file, graph, region) -> how many scrolls were aimed. Errors 131, 109, 110, 108,
-// 100 (no memory).   destination.cpp
+// scroll_set_destination(num, file, graph, region) -> how many scrolls were aimed; 0 when there is no such
+// map. Errors 131, 109, 110, 108, 100 (no memory).   destination.cpp
 std::int32_t RVK_scroll_set_destination();
 
 }  // extern "C"

@@ -10,8 +10,8 @@
 
 #include "module/host_records.h"
 
-extern "C"
-    [[gnu::visibility("default")]] HostRuntime* rvkre;  // the way to the host; set at the end of registration
+// The way to the host; set at the end of registration.
+extern "C" [[gnu::visibility("default")]] HostRuntime* rvkre;
 
 namespace scroll2d {
 

@@ -56,8 +56,8 @@ bool accepted(const Arguments& a) {
 }
 
 // Looks up the maps and says how many planes the scroll gets: graph2 behind graph1, either of them alone
-// where the other has no map, or none.   writes: pscroll, pfpgmap1_scroll2D, pfpgmap2_scroll2D, graph1,
-// graph2
+// where the other has no map, or none.
+//   writes: pscroll, pfpgmap1_scroll2D, pfpgmap2_scroll2D; graph1 and graph2 of the record
 std::int32_t choose_maps(const Arguments& a) {
     const Graphics2DInterface& g = *rvkre->Graphics;
     pscroll = &scroll_sys[a.num];
@@ -113,17 +113,17 @@ std::int32_t start(const Arguments& a, std::int32_t planes) {
     scroll_num = a.num;
     ScrollRecord& r = *pscroll;
     if (r.active != 0) stop_scroll(a.num);
-    _scroll_ = script_element(
-        a.num);  // after the stop: ending processes is the host's work, and it may move its data
+    // After the stop: ending processes is the host's work, and it may move its data.
+    _scroll_ = script_element(a.num);
 
     r.file = a.file;
     r.flags = a.flags;
     r.region = a.region;
     r.mode = a.mode;
     store_view(r, starting_view(r, look_up_destination(r)));
-    const BufferSize size = buffer_size(r);
     if (stored_view(r).empty()) return fail(name, error_empty_view, 5, a.region);
 
+    const BufferSize size = buffer_size(r);
     if (!set_up_plane(1, *pfpgmap1_scroll2D->bitmap, size)) return fail(name, error_no_memory, 0, size.bytes);
     if (planes == 2 && !set_up_plane(2, *pfpgmap2_scroll2D->bitmap, size)) {
         free_buffers(r);
