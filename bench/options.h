@@ -10,7 +10,7 @@ namespace bench {
 struct Options {
     std::string module;  // path of the shared object
     std::string csv;     // empty: none
-    std::string filter;  // only measurements whose name contains it
+    std::string filter;  // only measurements whose name contains it; empty: all
     std::string only;    // empty: all parts; otherwise draw, fill, move or growth
     bool quick = false;
     bool peers = true;        // otherwise module and memcpy alone

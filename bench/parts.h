@@ -1,5 +1,5 @@
-// The parts of the measurements. Each checks what it draws before it times it and throws std::runtime_error
-// for a wrong picture.
+// The parts of the measurements. All but the last check what they draw before they time it and throw
+// std::runtime_error for a wrong picture.
 #pragma once
 
 #include "bench/options.h"
@@ -10,11 +10,12 @@ namespace bench {
 // draw.cpp: the draw callback for every family, depth, view and motion, beside memcpy, SDL2 and pixman.
 void measure_drawing(const Options& options, Report& report);
 
-// buffers.cpp: a fill beside memcpy of the view; moves of 1 to half the view beside a refill.
+// buffers.cpp: a fill beside memcpy of the view; moves of 0 pixels to half the view beside a refill.
 void measure_fills(const Options& options, Report& report);
 void measure_moves(const Options& options, Report& report);
 
-// growth.cpp: how the cost of a frame grows with view, processes, map and number of scrolls.
+// growth.cpp: how the cost of a frame grows with view, processes, map and number of scrolls, in one of
+// the rules that measure_drawing checks.
 void measure_growth(const Options& options, Report& report);
 
 }  // namespace bench

@@ -22,9 +22,9 @@ struct Measurement {
     std::string value;      // motion, pixels moved, number of processes ...
     std::string contender;  // module, memcpy, SDL2, pixman ...
     double microseconds = 0;
-    double ratio = 0;  // to the part's base: memcpy, a refill, the smallest value
+    double ratio = 0;  // to the part's base: memcpy, a refill, the first of a growing series
 
-    [[nodiscard]] std::string name() const;  // everything up to the contender, for people and for --filter
+    [[nodiscard]] std::string name() const;  // from family to value; of drawing and fills, what --filter sees
 };
 
 // The figures of drawn scenes, for the table.

@@ -27,7 +27,7 @@ Stage::Stage(const std::filesystem::path& module, Size view, std::int32_t bits_p
     : engine_({.width = view.width, .height = view.height, .bits_per_pixel = bits_per_pixel}),
       view_(view),
       bits_per_pixel_(bits_per_pixel),
-      engine_pitch_(engine_.screen().pitch()) {
+      pitch_(engine_.screen().pitch()) {
     engine_.load(module);
     create_maps(engine_, Picture::sky, pictures.sky);
     create_maps(engine_, Picture::hills, pictures.hills);
@@ -56,7 +56,7 @@ void Stage::lay_backdrop() {
     host::Map& sky = *engine_.files().find_map(file, graph(Picture::sky, false));
     for (std::int32_t y = 0; y < view_.height; ++y)
         std::memcpy(engine_.screen().row(y).data(), sky.row(view_.height - 1 - y).data(),
-                    static_cast<std::size_t>(engine_pitch_));
+                    static_cast<std::size_t>(pitch_));
 }
 
 void Stage::call(std::string_view function, std::initializer_list<std::int32_t> arguments) {

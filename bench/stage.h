@@ -25,7 +25,7 @@ class Stage {
     [[nodiscard]] host::Engine& engine() { return engine_; }
     [[nodiscard]] Size view() const { return view_; }
     [[nodiscard]] std::int32_t bits_per_pixel() const { return bits_per_pixel_; }
-    [[nodiscard]] std::int32_t pitch() const { return engine_pitch_; }  // bytes a screen row
+    [[nodiscard]] std::int32_t pitch() const { return pitch_; }  // bytes a screen row
     [[nodiscard]] std::span<std::byte> screen() { return engine_.screen().bytes(); }
 
     // The maps of a variant's planes. Opaque planes without alpha show the sky, other back planes the hills,
@@ -48,7 +48,7 @@ class Stage {
     host::Engine engine_;
     Size view_;
     std::int32_t bits_per_pixel_;
-    std::int32_t engine_pitch_;
+    std::int32_t pitch_;
 };
 
 // A scroll running over the whole screen, its entry made by the module's frame hook.

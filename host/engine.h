@@ -67,8 +67,8 @@ struct ModeChange {
     bool reset = false;  // the module sees reset_flag 1 during its update hook, and stops every scroll
     bool keep_old_screen = false;  // the old screen bitmap stays allocated until the next change
     bool convert_maps = false;     // Files::convert() to the new depth before the hook
-    std::function<void()>
-        before_update;  // runs when screen and depth are new, before the hook: reload maps here
+    // Runs when screen and depth are new, before the hook: reload maps here.
+    std::function<void()> before_update;
 };
 
 // The module's lifecycle hooks by id.
@@ -177,8 +177,8 @@ class Engine {
     [[nodiscard]] static Engine* live() { return live_; }
 
   private:
-    struct Slots;  // slots.cpp: the plain functions behind the records
-    struct RegistrarSlots;
+    struct Slots;           // runtime_slots.cpp: the plain functions behind the records
+    struct RegistrarSlots;  // registrar.cpp: those of the registration
     void publish_registrar();
     void publish_runtime();
     void publish_screen(const VideoMode& mode);

@@ -13,12 +13,13 @@
 // out = (source * a + destination * (255 - a) + 127) / 255 for each colour byte, byte 3 of the result 255.
 //
 // The general routines draw at any size, and read two words more:
-//   word 25  translucency, 0 opaque to 255 invisible, clamped. At 8 bits, which cannot blend, 128 and more
-//   leave out
-//            every other pixel like a chessboard, and 255 all of them.
-//   word 26  nonzero: a silhouette; every pixel that is not transparent takes this pixel value (at 32 bits in
-//   its
-//            low 24 bits, and the opacity of the pixel stays). A shadow is a silhouette with translucency.
+//
+// Word 25 is translucency, 0 opaque to 255 invisible, clamped. At 8 bits, which cannot blend, 128 and more
+// leave out every other pixel like a chessboard, and 255 all of them.
+//
+// Word 26, when nonzero, makes a silhouette: every pixel that is not transparent takes this pixel value (at
+// 32 bits in its low 24 bits, and the opacity of the pixel stays). A shadow is a silhouette with
+// translucency.
 #pragma once
 
 #include <cstdint>

@@ -23,8 +23,7 @@ struct Options {
     unsigned seed = 1;     // of math.random
     bool window = false;   // play in a window
     bool inspect = false;  // with the inspector
-    std::string
-        out;  // where a run without a window leaves shots and sheet when no place was named; empty: nowhere
+    std::string out;  // folder for shots and sheet that no place was named for, without a window; empty: none
 };
 
 // Reads the command line. When there is nothing to play (help was asked for, or something is wrong) it has
