@@ -42,12 +42,11 @@ void add_scroll_entry(std::int32_t number) {
 //
 // A record's planes are 1 or 2 and its mode 0 to 3: nothing else passes scroll_start.
 void draw_scroll() {
-    const bool layers = pscroll->mode == scroll_layers || pscroll->mode == scroll_layers_key;
     move_scroll(pscroll->planes);
     if (pscroll->planes == 1) {
         if (pscroll->mode == scroll_normal) draw_scroll_simple();
         if (pscroll->mode == scroll_normal_key) draw_scroll_layer_plane1(nullptr);
-    } else if (layers) {
+    } else if (is_layer_mode(pscroll->mode)) {
         draw_scroll_layer_plane2(nullptr);
     } else {
         draw_scroll_parallax();

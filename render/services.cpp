@@ -3,26 +3,15 @@
 #include "module/numbers.h"
 #include "render/render.h"
 #include "scroll/scroll_table.h"
+#include "scroll/view.h"
 
 namespace scroll2d {
 namespace {
 
-bool names(std::int32_t mask, std::int32_t scroll) {
-    return (mask >> scroll & 1) != 0;
-}
-
 // A running scroll whose processes with this mask it shows, or null.
 const ScrollRecord* running_scroll(std::int32_t scroll, std::int32_t mask) {
     if (!is_scroll_number(scroll) || scroll_sys[scroll].active == 0) return nullptr;
-    return mask == 0 || names(mask, scroll) ? &scroll_sys[scroll] : nullptr;
-}
-
-// World to destination: the world point (plane1_x, plane1_y) is shown at (dest_x, dest_y).
-std::int64_t offset_x(const ScrollRecord& r) {
-    return std::int64_t{r.dest_x} - r.plane1_x;
-}
-std::int64_t offset_y(const ScrollRecord& r) {
-    return std::int64_t{r.dest_y} - r.plane1_y;
+    return mask_shows(mask, scroll) ? &scroll_sys[scroll] : nullptr;
 }
 
 }  // namespace
@@ -31,8 +20,8 @@ std::int32_t GetScrollRegion(std::int32_t scroll, std::int32_t mask, std::int32_
                              std::int32_t w, std::int32_t h, __RVKRegion__* out) {
     const ScrollRecord* const r = running_scroll(scroll, mask);
     if (out == nullptr || r == nullptr) return 0;
-    const std::int64_t left = x + offset_x(*r);
-    const std::int64_t top = y + offset_y(*r);
+    const std::int64_t left = x + to_destination_x(*r);
+    const std::int64_t top = y + to_destination_y(*r);
     *out = {wrap32(left), wrap32(left + w - 1), wrap32(top), wrap32(top + h - 1)};
     return 1;
 }
@@ -40,7 +29,7 @@ std::int32_t GetScrollRegion(std::int32_t scroll, std::int32_t mask, std::int32_
 std::int32_t GetScrollPoint(std::int32_t scroll, std::int32_t mask, __RVKPoint2D__* out) {
     const ScrollRecord* const r = running_scroll(scroll, mask);
     if (out == nullptr || r == nullptr) return 0;
-    *out = {wrap32(offset_x(*r)), wrap32(offset_y(*r))};
+    *out = {wrap32(to_destination_x(*r)), wrap32(to_destination_y(*r))};
     return 1;
 }
 
@@ -58,7 +47,7 @@ std::int32_t GetProcessInScroll(std::int32_t scroll, std::int32_t mask) {
 }
 
 std::int32_t GetProcessOutScroll(std::int32_t scroll, std::int32_t mask) {
-    return is_scroll_number(scroll) && mask != 0 && !names(mask, scroll) ? 1 : 0;
+    return is_scroll_number(scroll) && !mask_shows(mask, scroll) ? 1 : 0;
 }
 
 }  // namespace scroll2d

@@ -6,6 +6,7 @@
 #include "render/routine_pointers.h"
 #include "scroll/host_lookups.h"
 #include "scroll/scroll_table.h"
+#include "scroll/view.h"
 
 namespace scroll2d {
 
@@ -19,8 +20,7 @@ constexpr std::int32_t mirrored = 1;        // bit of ProcessLocals::flags
 
 bool is_alive_and_shown(const ProcessLocals& p) {
     const bool alive = p.status == 2 || p.status >= 4;
-    const bool in_this_scroll = p.scroll_mask == 0 || (p.scroll_mask >> scroll_num & 1) != 0;
-    return alive && in_this_scroll && p.word33 > 0;
+    return alive && mask_shows(p.scroll_mask, scroll_num) && p.word33 > 0;
 }
 
 // Chooses the graphic of a process by its angle from its graph table: {count, code, code, ...}, a negative
@@ -69,12 +69,10 @@ void clip(__RVKBlit2D__& entry, const ProcessLocals& p) {
     if (p.region < 1 || p.region >= max_region_scroll2D) return;
     if (rvkre->Graphics->RegionDefined(p.region) == 0) return;
     const __RVKRegion__* const region = pregion_scroll2D = rvkre->Graphics->Regions + p.region;
-    const std::int64_t to_view_x = std::int64_t{r.dest_x} - r.plane1_x;
-    const std::int64_t to_view_y = std::int64_t{r.dest_y} - r.plane1_y;
-    entry.clip_x = saturate32(std::max<std::int64_t>(r.dest_x, region->x + to_view_x));
-    entry.clip_x2 = saturate32(std::min(right, region->x2 + to_view_x));
-    entry.clip_y = saturate32(std::max<std::int64_t>(r.dest_y, region->y + to_view_y));
-    entry.clip_y2 = saturate32(std::min(bottom, region->y2 + to_view_y));
+    entry.clip_x = saturate32(std::max<std::int64_t>(r.dest_x, region->x + to_destination_x(r)));
+    entry.clip_x2 = saturate32(std::min(right, region->x2 + to_destination_x(r)));
+    entry.clip_y = saturate32(std::max<std::int64_t>(r.dest_y, region->y + to_destination_y(r)));
+    entry.clip_y2 = saturate32(std::min(bottom, region->y2 + to_destination_y(r)));
 }
 
 // The host's routine for an entry. A process drawn from a graph table is never rotated.
@@ -113,8 +111,8 @@ void add_process_entry(ProcessLocals& p, MapRecord* graphic) {
     clip(entry, p);
     entry.bitmap = graphic;
     entry.target = r.dest_map;
-    entry.pos_x = wrap32(std::int64_t{whole_pixels(p.x, p.resolution)} + r.dest_x - r.plane1_x);
-    entry.pos_y = wrap32(std::int64_t{whole_pixels(p.y, p.resolution)} + r.dest_y - r.plane1_y);
+    entry.pos_x = wrap32(whole_pixels(p.x, p.resolution) + to_destination_x(r));
+    entry.pos_y = wrap32(whole_pixels(p.y, p.resolution) + to_destination_y(r));
     entry.draw = choose_sprite_routine(entry);
 }
 
@@ -154,8 +152,7 @@ void draw_scroll_sprites(const __RVKBlit2D__* scroll_entry) {
     if (g.SelectBlitList(scroll2D_blitlist) == 0) return;
     max_fpg_scroll2D = g.FileCount();
     max_region_scroll2D = g.RegionCount();
-    if (pscroll->mode == scroll_layers || pscroll->mode == scroll_layers_key)
-        add_layer_entry(scroll_entry->z);
+    if (is_layer_mode(pscroll->mode)) add_layer_entry(scroll_entry->z);
     for (ProcessNode* node = rvkre->Processes->FirstProcessOfType(c_scroll); node != nullptr;
          node = node->next) {
         collect_process(*node->data);

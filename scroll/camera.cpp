@@ -54,18 +54,18 @@ Movement movement_after(std::int32_t x, std::int32_t y) {
     const MapRecord& destination = *r.dest_map;
     const std::int64_t ahead_x = std::int64_t{x} - r.plane1_x;  // of view pixel (0,0)
     const std::int64_t ahead_y = std::int64_t{y} - r.plane1_y;
-    const std::int64_t screen_x = r.dest_x + ahead_x;
-    const std::int64_t screen_y = r.dest_y + ahead_y;
+    const std::int64_t destination_x = x + to_destination_x(r);
+    const std::int64_t destination_y = y + to_destination_y(r);
 
     Movement move = {ahead_x - (r.width >> 1), ahead_y - (r.height >> 1)};  // centred
     if (const __RVKRegion__* inner = follow_region(_scroll_->region1)) {
-        move.x = inner_movement(screen_x, span(inner->x, inner->x2, destination.width));
-        move.y = inner_movement(screen_y, span(inner->y, inner->y2, destination.height));
+        move.x = inner_movement(destination_x, span(inner->x, inner->x2, destination.width));
+        move.y = inner_movement(destination_y, span(inner->y, inner->y2, destination.height));
     }
     if (const __RVKRegion__* outer = follow_region(_scroll_->region2)) {
         const std::int32_t speed = _scroll_->speed;
-        move.x = outer_movement(screen_x, span(outer->x, outer->x2, destination.width), move.x, speed);
-        move.y = outer_movement(screen_y, span(outer->y, outer->y2, destination.height), move.y, speed);
+        move.x = outer_movement(destination_x, span(outer->x, outer->x2, destination.width), move.x, speed);
+        move.y = outer_movement(destination_y, span(outer->y, outer->y2, destination.height), move.y, speed);
     }
     return move;
 }

@@ -154,6 +154,17 @@ constexpr bool is_scroll_number(std::int32_t number) {
     return static_cast<std::uint32_t>(number) < static_cast<std::uint32_t>(scroll_count);
 }
 
+// Whether a process with this scroll_mask is shown in a scroll: bit n stands for scroll n, 0 for every
+// scroll.
+constexpr bool mask_shows(std::int32_t mask, std::int32_t number) {
+    return mask == 0 || (mask >> number & 1) != 0;
+}
+
+// In the layer modes plane 1 is drawn among the scroll's sprites.
+constexpr bool is_layer_mode(std::int32_t mode) {
+    return mode == scroll_layers || mode == scroll_layers_key;
+}
+
 // The scrolls that a script's number names: one, or all ten for all_scroll, in increasing order.
 struct ScrollRange {
     std::int32_t first;

@@ -9,7 +9,7 @@ namespace {
 
 bool shown_by_a_running_scroll(std::int32_t mask) {
     for (std::int32_t i = 0; i < scroll_count; ++i) {
-        if (scroll_sys[i].active != 0 && (mask == 0 || (mask >> i & 1) != 0)) return true;
+        if (scroll_sys[i].active != 0 && mask_shows(mask, i)) return true;
     }
     return false;
 }

@@ -32,6 +32,15 @@ View view_of(const __RVKRegion__* region, const MapRecord& destination);
 // The part of a view that lies on the destination; may be empty.
 View cut_to(const View& view, const MapRecord& destination);
 
+// What to add to a world position to get a destination position: the world point (plane1_x, plane1_y) is
+// shown at (dest_x, dest_y).
+inline std::int64_t to_destination_x(const ScrollRecord& r) {
+    return std::int64_t{r.dest_x} - r.plane1_x;
+}
+inline std::int64_t to_destination_y(const ScrollRecord& r) {
+    return std::int64_t{r.dest_y} - r.plane1_y;
+}
+
 View stored_view(const ScrollRecord& r);
 void store_view(ScrollRecord& r, const View& view);
 
