@@ -10,10 +10,6 @@ namespace {
 
 constexpr std::int32_t kFullTurn = 360000;  // thousandths of a degree
 
-bool awake(const ProcessLocals& p) {
-    return (p.status == 2 || p.status >= 4) && p.word33 > 0;
-}
-
 // Takes the graphic for the direction that the process faces: direction i of n lies around i / n of a full
 // turn. A negative code is a mirrored graphic. False for a table without a sensible count.
 bool apply_graph_table(ProcessLocals& p) {
@@ -80,7 +76,7 @@ void Engine::add_screen_processes() {
     blit_lists_.select(nullptr);
     for (const ProcessNode* node = processes_.first(kScreenCoordinates); node != nullptr; node = node->next) {
         ProcessLocals& p = *node->data;
-        if (!awake(p) || !apply_graph_table(p)) continue;
+        if (!is_shown(p) || !apply_graph_table(p)) continue;
         const FileRecord* file = files_.find_file(p.file);
         Map* map = files_.find_map(p.file, p.graph);
         if (file == nullptr || file->word1 == 0 || map == nullptr) continue;

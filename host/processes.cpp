@@ -7,6 +7,10 @@
 
 namespace host {
 
+bool is_shown(const ProcessLocals& process) {
+    return (process.status == 2 || process.status >= 4) && process.word33 > 0;
+}
+
 std::int32_t Processes::id_of(const ProcessLocals& locals) {
     return static_cast<std::int32_t>(reinterpret_cast<std::uintptr_t>(&locals));
 }

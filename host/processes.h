@@ -16,6 +16,10 @@ namespace host {
 inline constexpr std::int32_t kScreenCoordinates = 0;  // drawn by the host itself
 inline constexpr std::int32_t kScrollCoordinates = 1;  // c_scroll: drawn by the scrolls
 
+// Whether a process is to be drawn, as far as its own words say: status 2, or 4 and above, and word 33
+// greater than 0.
+[[nodiscard]] bool is_shown(const ProcessLocals& process);
+
 // The id of a process is the address of its ProcessLocals, so the id of a dead process may come up again.
 class Processes {
   public:

@@ -81,7 +81,7 @@ Rgba parse_colour(lua_State* L, const std::string& text) {
 }
 
 std::uint32_t pixel_argument(lua_State* L, int index, const char* fallback) {
-    Game& game = Script::of(L).game;
+    Game& game = game_of(L);
     if (lua_isnoneornil(L, index) && fallback) return game.pixel_of(parse_colour(L, fallback));
     if (lua_type(L, index) == LUA_TSTRING) return game.pixel_of(parse_colour(L, lua_tostring(L, index)));
     if (!lua_isinteger(L, index))

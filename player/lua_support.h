@@ -11,6 +11,11 @@ namespace player {
 
 inline constexpr const char* process_type = "process";
 
+// The game of the script that a Lua state belongs to.
+inline Game& game_of(lua_State* L) {
+    return Script::of(L).game;
+}
+
 // A Lua function of the player. The number of arguments is checked before `run`, and exceptions of `run`
 // become Lua errors with the caller's file and line.
 struct Binding {

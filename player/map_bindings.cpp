@@ -11,10 +11,6 @@ namespace {
 
 constexpr int farthest = 32767;  // pixels; bounds the length of a line
 
-Game& game_of(lua_State* L) {
-    return Script::of(L).game;
-}
-
 host::Map& map_argument(lua_State* L) {
     return game_of(L).map_at(integer_argument(L, 1), integer_argument(L, 2));
 }

@@ -64,7 +64,7 @@ struct Element {
 };
 
 const host::GlobalStruct& structure_at(lua_State* L, int number) {
-    return Script::of(L).game.engine.globals().structs()[static_cast<std::size_t>(number)];
+    return game_of(L).engine.globals().structs()[static_cast<std::size_t>(number)];
 }
 
 // The field's place in the engine's data, looked up afresh: the data may have moved.
@@ -81,7 +81,7 @@ std::int32_t& field_at(lua_State* L) {
     }
     const std::size_t offset =
         structure.offset + static_cast<std::size_t>(element.index) * structure.element_size() + 4 * *field;
-    return *reinterpret_cast<std::int32_t*>(Script::of(L).game.engine.globals().data() + offset);
+    return *reinterpret_cast<std::int32_t*>(game_of(L).engine.globals().data() + offset);
 }
 
 int get_element_field(lua_State* L) {
@@ -137,7 +137,7 @@ void bind_structures(lua_State* L) {
     luaL_setfuncs(L, array_metamethods, 0);
     lua_pop(L, 2);
     int number = 0;
-    for (const host::GlobalStruct& structure : Script::of(L).game.engine.globals().structs()) {
+    for (const host::GlobalStruct& structure : game_of(L).engine.globals().structs()) {
         // A structure that was declared without a count is its own only element.
         if (structure.count == 1) {
             push_element(L, number, 0);
@@ -159,7 +159,7 @@ void bind_structures(lua_State* L) {
 }  // namespace
 
 void bind_module(lua_State* L) {
-    for (const host::ScriptConstant& constant : Script::of(L).game.engine.constants()) {
+    for (const host::ScriptConstant& constant : game_of(L).engine.constants()) {
         lua_pushinteger(L, constant.value);
         lua_setglobal(L, constant.name.c_str());
     }

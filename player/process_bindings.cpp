@@ -52,7 +52,7 @@ const PlainField* plain_field(std::string_view name) {
 
 ProcessLocals& locals_of(lua_State* L, const Process& process, const char* field) {
     if (!process.alive) luaL_error(L, "field \"%s\": this process has ended", field);
-    return *Script::of(L).game.engine.processes().find(process.id);
+    return *game_of(L).engine.processes().find(process.id);
 }
 
 // Element 0 the count, then the codes, as the engine keeps it.
@@ -72,13 +72,13 @@ void set_graph_table(lua_State* L, const Process& process, int self, int value) 
             lua_pop(L, 1);
         }
     }
-    Script::of(L).game.engine.processes().set_graph_table(process.id, table);
+    game_of(L).engine.processes().set_graph_table(process.id, table);
     lua_pushvalue(L, value);
     lua_setiuservalue(L, self, Process::graph_table_slot);
 }
 
 void note_picture(lua_State* L, const ProcessLocals& locals) {
-    Game& game = Script::of(L).game;
+    Game& game = game_of(L);
     if (locals.graph == 0 || game.engine.files().find_map(locals.file, locals.graph) != nullptr) return;
     luaL_where(L, 1);
     game.note_place(locals.file, locals.graph, lua_tostring(L, -1));
@@ -93,7 +93,7 @@ void set_field(lua_State* L, int self, const std::string& name, int value) {
         lua_setiuservalue(L, self, Process::data_slot);
         return;
     }
-    host::Processes& processes = Script::of(L).game.engine.processes();
+    host::Processes& processes = game_of(L).engine.processes();
     if (const PlainField* field = plain_field(name)) {
         ProcessLocals& locals = locals_of(L, process, field->name);
         locals.*field->word = engine_value(L, value, name);
@@ -121,7 +121,7 @@ int get_field(lua_State* L) {
         lua_pushinteger(L, locals_of(L, process, field->name).*field->word);
     } else if (name == "ctype") {
         locals_of(L, process, "ctype");
-        lua_pushinteger(L, Script::of(L).game.engine.processes().type_of(process.id));
+        lua_pushinteger(L, game_of(L).engine.processes().type_of(process.id));
     } else if (name == "alpha") {
         lua_pushinteger(L, opaque - locals_of(L, process, "alpha").word43);
     } else if (name == "id") {
@@ -193,7 +193,7 @@ int exists(lua_State* L) {
     if (lua_isnil(L, 1))
         lua_pushboolean(L, 0);
     else
-        lua_pushboolean(L, Script::of(L).game.engine.processes().exists(integer_argument(L, 1)));
+        lua_pushboolean(L, game_of(L).engine.processes().exists(integer_argument(L, 1)));
     return 1;
 }
 

@@ -5,10 +5,6 @@
 namespace player {
 namespace {
 
-Game& game_of(lua_State* L) {
-    return Script::of(L).game;
-}
-
 int set_mode(lua_State* L) {
     game_of(L).set_mode(integer_argument(L, 1), integer_argument(L, 2), integer_argument(L, 3),
                         lua_toboolean(L, 4) != 0);
