@@ -22,7 +22,7 @@ std::int32_t routine_pixel_bytes;
 
 namespace {
 
-// One row per depth; columns in the order of routine_pointers.h.
+// One row per depth: bytes per pixel, then the routines in the order of routine_pointers.h.
 struct RoutineRow {
     std::int32_t pixel_bytes;
     decltype(setting_scroll) setting;

@@ -32,7 +32,7 @@ bool choose_graph_by_angle(ProcessLocals& p) {
 
     const std::int32_t angle = floor_mod(p.angle, full_turn);
     if (angle != p.angle) p.angle = angle;
-    p.flags &= 0xfe;  // the mirror bit, and every bit above bit 7
+    p.flags &= 0xfe;  // clears the mirror bit, and every bit above bit 7
     std::int32_t direction = (full_turn / (2 * count) + angle) * count / full_turn;
     if (direction >= count) direction = 0;
 

@@ -64,7 +64,7 @@ std::int32_t make_buffers_fit(ScrollRecord& r);
 // keeps its old view and buffers.   reads: pscroll, _scroll_
 bool bring_view_up_to_date();
 
-// Whether the current scroll may be drawn right now: running, buffers for its view, view on its destination.
+// Whether a scroll may be drawn right now: running, buffers for its view, view on its destination.
 bool fit_to_draw(const ScrollRecord& r);
 
 }  // namespace scroll2d
