@@ -28,7 +28,7 @@ std::unique_ptr<Film> make_animated_png(const std::string& path, int width, int 
 // ffmpeg.cpp: .gif (30 pictures a second, up to 256 colours each), .mp4 and .webm. The same pictures give the
 // same bytes, as long as ffmpeg is the same.
 std::unique_ptr<Film> make_ffmpeg_film(const std::string& path, int width, int height);
-// Whether the program is there to be run; throws if not, telling how to get it.
+// Throws when the program is not there to be run, telling how to get it.
 void require_ffmpeg(const std::string& path);
 
 }  // namespace player

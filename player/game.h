@@ -52,32 +52,36 @@ class Game {
     [[nodiscard]] std::string path_of(const std::string& path) const;
     // A PNG, at a path as the script gives it.
     Picture read_picture(const std::string& path);
-    // "file 1, graph 10" must be there.
+    // Errors: no such map; the message lists those that the file has.
     host::Map& map_at(int file, int graph);
     // Of a picture, or of the part of it that is asked for. Errors: a part that does not lie within the
     // picture.
     host::Map& load_map(int file, int graph, const std::string& path,
                         std::optional<Part> part = std::nullopt);
+    // Writes a PNG: with the palette at 8 bits, else with alpha where some pixel is not opaque.
     void save_map(int file, int graph, const std::string& path);
     // Where in the script a process was given a picture that is not loaded (yet), for the warning to come.
     void note_place(int file, int graph, const std::string& place) {
         places_.try_emplace({file, graph}, place);
     }
+    // Points are numbered 0 to 999; those that are missing before this one come to (0, 0).
     void set_control_point(int file, int graph, int number, int x, int y);
 
     // ---- Colours
 
     [[nodiscard]] int bits_per_pixel() { return engine.video().bits_per_pixel; }
+    // At the present depth; 0, transparent, for a colour without opacity.
     [[nodiscard]] std::uint32_t pixel_of(Rgba colour);
-    // Index 0 is transparent whatever its colour.
+    // At most 256 colours, from index 0 on; index 0 is transparent whatever its colour.
     void set_palette(const std::vector<Rgba>& colours);
 
     // ---- Screen
 
+    // Maps are converted to a new depth (8, 16 or 32); `reset` stops every scroll.
     void set_mode(int width, int height, int bits_per_pixel, bool reset);
     // What lies behind everything: a picture with its top left corner at the screen's, or a colour.
     void set_background(std::variant<Rgba, Picture> background);
-    // Draws over this frame only.
+    // Draws over this frame only, its top left corner at (x, y); `scale` is a whole number, 1 or more.
     void add_text(int x, int y, std::string text, std::uint32_t pixel, int scale);
     // Writes this frame's picture once it is drawn.
     void request_shot(const std::string& path) { shots_.push_back(path_of(path)); }

@@ -71,6 +71,7 @@ class Script {
     // further.
     int return_or_end_turn(lua_State* L, int results);
 
+    // The function of that name, without numbers of arguments when it is first asked for. Stays where it is.
     ModuleFunction& module_function(const std::string& name);
 
   private:

@@ -24,7 +24,7 @@ void draw_minimaps(const Area& area, const Survey& survey, host::Engine& engine,
 void draw_side(const Area& area, const Survey& survey, host::Engine& engine, const Surveyor& surveyor,
                bool timed);
 
-// A window of ImGui without decoration that fills an area.
+// legend.cpp as well: begins a window of ImGui without decoration that fills an area; who begins it ends it.
 void begin_part(const char* name, const Area& area);
 
 }  // namespace player
