@@ -144,7 +144,6 @@ class Engine {
     void set_backdrop(std::int32_t file, std::int32_t graph);
     // A pixel value to fill the screen with at each frame.
     void set_backdrop(std::uint32_t pixel);
-    void remove_backdrop();
     // While suspended the module schedules no scroll.
     void set_suspended(bool suspended) { suspend_flag_ = suspended ? 1 : 0; }
 

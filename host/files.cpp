@@ -37,12 +37,6 @@ FileRecord& Files::create_file(std::int32_t file) {
     return place->record.get();
 }
 
-std::int32_t Files::free_file() const {
-    for (std::int32_t file = 1; file < file_count_; ++file)
-        if (!files_.contains(file)) return file;
-    throw Error("all " + std::to_string(file_count_) + " files are in use");
-}
-
 Files::File& Files::file_at(std::int32_t file) {
     if (!files_.contains(file)) create_file(file);
     return *files_.at(file);

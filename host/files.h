@@ -30,8 +30,6 @@ class Files {
     // Makes an empty file. Its record has word 1 = 1 and word 2 = the number of maps it holds, kept up to
     // date. Errors: Error for a number out of range or in use.
     FileRecord& create_file(std::int32_t file);
-    // The lowest number from 1 on that is not in use. Errors: Error when there is none.
-    [[nodiscard]] std::int32_t free_file() const;
 
     // Makes a map at the current depth, in place of the one that had this number; the file is created where
     // needed. `pixels` are height rows of width pixels without gaps, or empty for all 0. The returned map

@@ -54,11 +54,6 @@ void Engine::set_backdrop(std::uint32_t pixel) {
     pixel_backdrop_ = pixel;
 }
 
-void Engine::remove_backdrop() {
-    map_backdrop_.reset();
-    pixel_backdrop_.reset();
-}
-
 // A backdrop map that is gone, or was left at another depth, is left out.
 void Engine::prepare_screen() {
     if (pixel_backdrop_) screen_->fill(*pixel_backdrop_);

@@ -29,14 +29,10 @@ int run_binding(lua_State* L) {
 
 }  // namespace
 
-void push_binding(lua_State* L, const Binding& binding) {
-    lua_pushlightuserdata(L, const_cast<Binding*>(&binding));
-    lua_pushcclosure(L, run_binding, 1);
-}
-
 void bind(lua_State* L, std::span<const Binding> bindings) {
     for (const Binding& binding : bindings) {
-        push_binding(L, binding);
+        lua_pushlightuserdata(L, const_cast<Binding*>(&binding));
+        lua_pushcclosure(L, run_binding, 1);
         lua_setglobal(L, binding.name);
     }
 }

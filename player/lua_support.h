@@ -28,8 +28,6 @@ inline constexpr int any_number = 1000;
 
 // Binds as globals. `bindings` must live as long as the state.
 void bind(lua_State* L, std::span<const Binding> bindings);
-// Pushes one as a function value.
-void push_binding(lua_State* L, const Binding& binding);
 
 // process_bindings.cpp: processes and their fields
 void bind_processes(lua_State* L);

@@ -135,11 +135,6 @@ void Script::end_process(Process& process) {
     if (process.alive) game.engine.processes().destroy(process.id);
 }
 
-Process* Script::find_process(std::int32_t id) const {
-    const auto found = by_id_.find(id);
-    return found == by_id_.end() ? nullptr : found->second;
-}
-
 std::vector<Process*> Script::living_processes() const {
     std::vector<Process*> living;
     std::copy_if(order_.begin(), order_.end(), std::back_inserter(living),

@@ -61,8 +61,6 @@ class Script {
     Process& make_process(lua_State* L, int function, int first_argument);
     // Ends a process; ended ones are ignored.
     void end_process(Process& process);
-    // Null when no living process of this script has the id.
-    [[nodiscard]] Process* find_process(std::int32_t id) const;
     [[nodiscard]] std::vector<Process*> living_processes() const;
     static void push_process(lua_State* L, const Process& process);
     // Null outside turns.

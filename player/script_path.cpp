@@ -5,6 +5,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string_view>
+#include <vector>
 
 #include "player/names.h"
 
@@ -19,6 +20,18 @@ void add_scripts(const fs::path& folder, std::vector<fs::path>& scripts) {
     std::error_code error;
     for (const auto& entry : fs::directory_iterator(folder, error))
         if (entry.path().extension() == extension && entry.is_regular_file()) scripts.push_back(entry.path());
+}
+
+// The scripts of a folder and of the folders right in it, sorted.
+std::vector<fs::path> scripts_in(const fs::path& folder) {
+    std::vector<fs::path> scripts;
+    add_scripts(folder, scripts);
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator(folder, error))
+        // Libraries are for scripts to load, nothing to play.
+        if (entry.is_directory() && entry.path().filename() != "lib") add_scripts(entry.path(), scripts);
+    std::sort(scripts.begin(), scripts.end());
+    return scripts;
 }
 
 fs::path with_extension(const fs::path& path) {
@@ -103,17 +116,6 @@ std::string list_of(const fs::path& demos) {
         end_line(line);
     }
     return list;
-}
-
-std::vector<fs::path> scripts_in(const fs::path& folder) {
-    std::vector<fs::path> scripts;
-    add_scripts(folder, scripts);
-    std::error_code error;
-    for (const auto& entry : fs::directory_iterator(folder, error))
-        // Libraries are for scripts to load, nothing to play.
-        if (entry.is_directory() && entry.path().filename() != "lib") add_scripts(entry.path(), scripts);
-    std::sort(scripts.begin(), scripts.end());
-    return scripts;
 }
 
 std::string find_script(const std::string& asked, const fs::path& demos) {

@@ -3,12 +3,8 @@
 
 #include <filesystem>
 #include <string>
-#include <vector>
 
 namespace player {
-
-// The scripts of a folder and of the folders right in it, sorted.
-std::vector<std::filesystem::path> scripts_in(const std::filesystem::path& folder);
 
 // The names of the scripts right in a folder, each with what its opening comment says first, as lines of up
 // to 100 columns.
