@@ -37,6 +37,15 @@ class Pages(unittest.TestCase):
             for script in re.findall(r"demos/[\w/]+\.lua", text):
                 self.assertTrue((ROOT / script).exists(), f"{page}: {script}")
 
+    def test_the_sources_that_pages_name_are_there(self):
+        folders = "bench|buffer|cmake|examples|fuzz|host|module|player|render|scroll|tests|tools"
+        found = 0
+        for page in (ROOT / "README.md", *DOCS.glob("*.md")):
+            for name in re.findall(rf"`((?:{folders})/[\w./]+)`", page.read_text()):
+                found += 1
+                self.assertTrue((ROOT / name).exists(), f"{page}: {name}")
+        self.assertGreater(found, 50)
+
     def test_the_gallery_shows_and_plays_every_demo(self):
         demos = set(DEMOS.glob("*.lua"))
         self.assertEqual(pictures(GALLERY), {demo.with_suffix(".png") for demo in demos})
