@@ -60,7 +60,7 @@ void RVK_mod_scroll2D_update() {
 
 void RVK_mod_scroll2D_release() {
     using namespace scroll2d;
-    for (ScrollRecord& r : scroll_sys) {
-        if (r.active != 0) free_buffers(r);
+    for (std::int32_t i = scroll_count - 1; i >= 0; --i) {
+        if (scroll_sys[i].active != 0) free_buffers(scroll_sys[i]);
     }
 }
