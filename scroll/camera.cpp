@@ -16,9 +16,8 @@ struct Span {
     std::int64_t low;
     std::int64_t high;
 };
-Span span(std::int32_t low, std::int32_t high, std::int32_t destination_extent) {
-    return {std::max<std::int64_t>(low, 0),
-            std::min<std::int64_t>(high, std::int64_t{destination_extent} - 1)};
+Span span(std::int32_t low, std::int32_t high, std::int64_t destination_extent) {
+    return {std::max<std::int64_t>(low, 0), std::min<std::int64_t>(high, destination_extent - 1)};
 }
 
 // Inner region: just far enough to bring the camera back to the edge; none inside. On a span turned inside
@@ -48,10 +47,21 @@ struct Movement {
     std::int64_t y;
 };
 
+// The size of the destination, pixels; while it is gone, of what the view takes up of it.
+struct Extent {
+    std::int64_t width;
+    std::int64_t height;
+};
+Extent destination_extent(ScrollRecord& r) {
+    const MapRecord* const destination = look_up_destination(r);
+    if (destination != nullptr) return {destination->width, destination->height};
+    return {std::int64_t{r.dest_x} + r.width, std::int64_t{r.dest_y} + r.height};
+}
+
 // How far plane 1 has to move after the camera at (x, y), world pixels.
 Movement movement_after(std::int32_t x, std::int32_t y) {
-    const ScrollRecord& r = *pscroll;
-    const MapRecord& destination = *r.dest_map;
+    ScrollRecord& r = *pscroll;
+    const Extent destination = destination_extent(r);
     const std::int64_t ahead_x = std::int64_t{x} - r.plane1_x;  // of view pixel (0,0)
     const std::int64_t ahead_y = std::int64_t{y} - r.plane1_y;
     const std::int64_t destination_x = x + to_destination_x(r);
@@ -103,8 +113,7 @@ void move_scroll(std::int32_t planes) {
     if (_scroll_->camera == 0) {
         go_to_script_position(1);
         if (planes == 2) go_to_script_position(2);
-    } else if (rvkre->Processes->ProcessExists(_scroll_->camera) != 0 &&
-               look_up_destination(*pscroll) != nullptr) {
+    } else if (rvkre->Processes->ProcessExists(_scroll_->camera) != 0) {
         follow_camera(planes);
     }
 }

@@ -235,7 +235,7 @@ TEST_CASE("a buffer that does not fit in 31 bits is a failed allocation, compute
     f.engine.unload();
 }
 
-TEST_CASE("a destination map that goes leaves the scroll out; one that is replaced is drawn into") {
+TEST_CASE("a scroll whose destination map goes is moved, not drawn; one that is replaced is drawn into") {
     const auto test = [](Fence fence, std::int32_t file) {
         CAPTURE(file);
         FencedFixture f(fence);
@@ -256,7 +256,15 @@ TEST_CASE("a destination map that goes leaves the scroll out; one that is replac
         CHECK_FALSE(f.draw());
         CHECK_FALSE(f.scheduled(0).has_value());
         f.script(0, "camera") = host::Processes::id_of(hero);
-        CHECK(f.call("scroll_move", {0}) >= 0);
+        CHECK(f.call("scroll_move", {0}) == 1);
+        CHECK(f.plane(1) == Position{70 - 15, 70 - 10});
+        f.region(2, {0, INT_MAX, 0, INT_MAX});  // ends where the view ends, 30 x 20 pixels
+        f.script(0, "region1") = 2;
+        hero.x = hero.y = 100;
+        CHECK(f.call("scroll_move", {0}) == 1);
+        CHECK(f.plane(1) == Position{100 - 29, 100 - 19});
+        f.script(0, "region1") = -1;
+        hero.x = hero.y = 70;
         CHECK(f.call("scroll_start", {1, kFile, 1, 0, -1, 0}) == 1);
         host::Map& smaller = canvas(25, 15);
         smaller.fill(0);

@@ -212,7 +212,9 @@ static Int axis_movement(Int at, Int centred, const std::int32_t* inner_low, con
 void Model::follow_camera(int n, const ProcessLocals& c) {
     Scroll& s = at(scrolls, n);
     const Element& e = at(elements, n);
-    const MapRecord& on = *destination(s);
+    const MapRecord* on = destination(s);
+    const Int on_width = on != nullptr ? on->width : s.dest_x + s.width;
+    const Int on_height = on != nullptr ? on->height : s.dest_y + s.height;
     const Int divisor = std::max(c.resolution, 1);
     const Int x = c.x / divisor;
     const Int y = c.y / divisor;
@@ -229,10 +231,10 @@ void Model::follow_camera(int n, const ProcessLocals& c) {
     using R = __RVKRegion__;
     const Int dx =
         axis_movement(s.dest_x + x - old_x, x - (s.width >> 1) - old_x, edge(inner, &R::x),
-                      edge(inner, &R::x2), edge(outer, &R::x), edge(outer, &R::x2), on.width, e[speed]);
+                      edge(inner, &R::x2), edge(outer, &R::x), edge(outer, &R::x2), on_width, e[speed]);
     const Int dy =
         axis_movement(s.dest_y + y - old_y, y - (s.height >> 1) - old_y, edge(inner, &R::y),
-                      edge(inner, &R::y2), edge(outer, &R::y), edge(outer, &R::y2), on.height, e[speed]);
+                      edge(inner, &R::y2), edge(outer, &R::y), edge(outer, &R::y2), on_height, e[speed]);
     shift(n, 0, dx, dy);
     if (s.planes == 2 && e[ratio] != 0)
         shift(n, 1, (s.plane[0].x - old_x) * 100 / e[ratio], (s.plane[0].y - old_y) * 100 / e[ratio]);
