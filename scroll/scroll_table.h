@@ -91,7 +91,10 @@ struct ScrollRecord {
     std::int32_t made_width;
     std::int32_t made_height;
     std::int32_t made_pixel_bytes;
-    std::uint8_t shortage_reported;  // draws lack memory, and the script has been told
+
+    // A shortage of memory at a draw of which the script has been told.
+    std::uint8_t shortage_reported;
+    std::int32_t shortage_bytes;  // what a plane's buffer wanted
 };
 
 // One element of the script global scroll[10], laid out by the declaration text of the registration.

@@ -17,17 +17,19 @@ std::int64_t cut_extent(std::int64_t from, std::int64_t extent, std::int64_t des
     return std::min(std::min(extent, destination_extent), destination_extent - from);
 }
 
-// Tells the script once of a shortage that lasts, and not again at every frame.
-void report_shortage(ScrollRecord& r, std::int32_t failed_plane, std::int32_t bytes) {
-    if (r.shortage_reported != 0) return;
+// Tells the script once of each size that finds no memory, and not again at every frame.
+void report_shortage(ScrollRecord& r, std::int32_t failed_plane) {
+    const std::int32_t bytes = buffer_size(r).bytes;
+    if (r.shortage_reported != 0 && r.shortage_bytes == bytes) return;
     r.shortage_reported = 1;
+    r.shortage_bytes = bytes;
     rvkre->RaiseError(error_no_memory, module_name, 0, 0, failed_plane == 1 ? bytes : 0);
 }
 
 bool renew_view(ScrollRecord& r) {
     const std::int32_t failed_plane = renew_buffers(r);
     if (failed_plane != 0) {
-        report_shortage(r, failed_plane, buffer_size(r).bytes);
+        report_shortage(r, failed_plane);
         return false;
     }
     set_scroll(1, r.plane1_x, r.plane1_y);
@@ -89,14 +91,17 @@ std::int32_t make_buffers_fit(ScrollRecord& r) {
 
 bool bring_view_up_to_date() {
     ScrollRecord& r = *pscroll;
+    const __RVKRegion__* const region = region_at(r.region);
+    if (region == nullptr && r.region != -1) return false;
+
     const std::int32_t failed_plane = make_buffers_fit(r);
     if (failed_plane != 0) {
-        report_shortage(r, failed_plane, buffer_size(r).bytes);
+        report_shortage(r, failed_plane);
         return false;
     }
 
     const View old = stored_view(r);
-    const View asked = view_of(region_at(r.region), *r.dest_map);
+    const View asked = view_of(region, *r.dest_map);
     store_view(r, asked);
     if (asked.empty()) return false;
     if (asked.same_size(old) && asked.inside(*r.dest_map)) {

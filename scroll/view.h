@@ -60,8 +60,9 @@ std::int32_t make_buffers_fit(ScrollRecord& r);
 
 // Brings the view of the current scroll up to its region and its destination as they are now, with new
 // buffers when the size has changed or the view has left the destination. False when there is nothing to draw
-// this time. A failed allocation is reported as error 100, once until there is memory again; the scroll then
-// keeps its old view and buffers.   reads: pscroll, _scroll_
+// this time: the view is empty, or the host has taken its region away. A failed allocation is reported as
+// error 100, once for a size until there is memory again; the scroll then keeps its old view and buffers.
+//   reads: pscroll, _scroll_
 bool bring_view_up_to_date();
 
 // Whether a scroll may be drawn right now: running, buffers for its view, view on its destination.

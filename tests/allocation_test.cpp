@@ -12,6 +12,7 @@ using namespace tests;
 
 constexpr Rect kSmall{8, 39, 4, 27};
 constexpr Rect kLarge{2, 61, 1, 44};
+constexpr Rect kLarger{2, 61, 1, 45};
 
 // Declared first, so that it outlives the module.
 struct Allocator {
@@ -171,23 +172,25 @@ TEST_CASE("a failing allocation is reported once, leaks nothing and leaves a scr
 }
 
 TEST_CASE(
-    "without memory a draw keeps view and buffers, tries again at every frame, and tells each shortage "
-    "once") {
+    "without memory a draw keeps view and buffers, tries again at every frame, and tells each size that "
+    "finds none once") {
     MemoryFixture f;
     start_two(f);
     const std::map<void*, std::size_t> before = f.memory.live;
     for (const int nth : {1, 2}) {
-        f.region(kLarge);
         f.engine.screen().fill(9);
-        for (int frame = 0; frame < 3; ++frame) {
-            f.memory.fail(nth, true);
-            CHECK_FALSE(f.draw());
-            CHECK(f.memory.made == nth);  // it did try
-            CHECK((f.memory.live == before));
-            CHECK(f.scheduled(0) == kSmall);
+        for (const Rect& wanted : {kLarge, kLarger}) {
+            f.region(wanted);
+            for (int frame = 0; frame < 3; ++frame) {
+                f.memory.fail(nth, true);
+                CHECK_FALSE(f.draw());
+                CHECK(f.memory.made == nth);  // it did try
+                CHECK((f.memory.live == before));
+                CHECK(f.scheduled(0) == kSmall);
+            }
+            CHECK(f.errors() ==
+                  std::vector{no_memory("RVK_mod_scroll2D", nth == 1 ? f.buffer_bytes(wanted) : 0)});
         }
-        CHECK(f.errors() ==
-              std::vector{no_memory("RVK_mod_scroll2D", nth == 1 ? f.buffer_bytes(kLarge) : 0)});
         CHECK(Fixture::shows(f.engine.screen(), {0, -1, 0, -1}, f.engine.screen(), {0, 0}, 9));
         CHECK(f.move({30 + nth, 30}) == Position{30 + nth, 30});
         f.region(kSmall);  // good frames, so that the next shortage is told again

@@ -182,13 +182,14 @@ TEST_CASE("regions beyond the host's table are no regions, wherever their number
         FencedFixture f(fence);
         ProcessLocals& hero = f.engine.processes().create(host::kScreenCoordinates);
         hero.x = hero.y = 60;
-        ProcessLocals& sprite = f.engine.processes().create(host::kScrollCoordinates);
-        sprite.file = kFile;
-        sprite.graph = 2;
-        sprite.region = 31;
         f.region(31, {5, 36, 5, 28});
         f.start(0, 1, 0, 31);
         f.engine.regions().resize(2);
+        CHECK_FALSE(f.draw());
+        f.start(0, 1, 0, -1);
+        ProcessLocals& sprite = f.engine.processes().create(host::kScrollCoordinates);
+        sprite.file = kFile;
+        sprite.graph = 2;
         f.script(0, "camera") = host::Processes::id_of(hero);
         for (const std::int32_t number : {31, 2, 65536, INT_MAX}) {
             f.script(0, "region1") = f.script(0, "region2") = number;

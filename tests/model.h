@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -77,7 +78,7 @@ struct Scroll {
     std::array<Plane, 2> plane;
     // What the pictures were made for; 0: they show nothing.
     Int made_width = 0, made_height = 0, made_bytes = 0;
-    bool shortage_told = false;
+    std::optional<Int> shortage_told;  // bytes
 };
 
 class Model {

@@ -176,7 +176,7 @@ void Model::move_scroll(int n) {
     s.alpha = e[alpha] = std::clamp(e[alpha], 0, 255);
     if (e[camera] != 0) {
         const ProcessLocals* process = engine_.processes().find(e[camera]);
-        if (process != nullptr && destination(s) != nullptr) follow_camera(n, *process);
+        if (process != nullptr) follow_camera(n, *process);
         return;
     }
     const Plane& front = s.plane[0];

@@ -144,7 +144,7 @@ int Model::renew(Scroll& s) {
     s.made_width = s.width;
     s.made_height = s.height;
     s.made_bytes = bytes();
-    s.shortage_told = false;
+    s.shortage_told.reset();
     return 0;
 }
 
@@ -157,12 +157,14 @@ int Model::make_fit(Scroll& s) {
 }
 
 void Model::tell_shortage(Scroll& s, int failed_plane) {
-    if (!s.shortage_told) fail(100, "RVK_mod_scroll2D", 0, failed_plane == 1 ? buffer_size(s) : 0);
-    s.shortage_told = true;
+    const Int wanted = buffer_size(s);
+    if (s.shortage_told != wanted) fail(100, "RVK_mod_scroll2D", 0, failed_plane == 1 ? wanted : 0);
+    s.shortage_told = wanted;
 }
 
 bool Model::bring_view_up_to_date(int n) {
     Scroll& s = at(scrolls, n);
+    if (s.region != -1 && region(s.region) == nullptr) return false;
     if (const int failed = make_fit(s)) {
         tell_shortage(s, failed);
         return false;
@@ -174,7 +176,7 @@ bool Model::bring_view_up_to_date(int n) {
     if (asked.empty()) return false;
     const bool inside = asked.x + asked.width <= on.width && asked.y + asked.height <= on.height;
     if (inside && asked.width == old.width && asked.height == old.height) {
-        s.shortage_told = false;
+        s.shortage_told.reset();
         return true;
     }
     store(s, cut(asked, on));

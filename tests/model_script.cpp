@@ -76,7 +76,7 @@ std::int32_t Model::start(std::span<const std::int32_t> a) {
         if (p.map_height < s.height) s.flags |= 2 << 2 * i;
         set(num, i, p.x, p.y);
     }
-    s.shortage_told = false;
+    s.shortage_told.reset();
     s.active = true;
     Element& e = at(elements, num);
     e[file] = f;
