@@ -153,7 +153,10 @@ TEST_CASE("The declaration language takes what it describes and names the place 
     CHECK(structs[1].fields[0].name == "endless");
     CHECK(structs[1].fields[0].default_value == INT32_MAX);
     CHECK(host::compile_globals(" \n").empty());
-    const std::pair<const char*, const char*> bad[] = {
+    const struct {
+        const char* text;
+        const char* error;
+    } bad[] = {
         {"struct s[2] int x; ", "expected 'int' at character 19"},
         {"struct s[0] int x; end", "a count of at least 1"},
         {"struct s[2 int x; end", "expected ']' at character 11, found \"int x; end\""},
@@ -165,9 +168,9 @@ TEST_CASE("The declaration language takes what it describes and names the place 
         {"struct s[99999999] int x; end", "at most"},
         {"int x;", "expected 'struct'"},
     };
-    for (const auto& [text, part] : bad) {
-        CAPTURE(text);
-        CHECK_ERROR(host::compile_globals(text), part);
+    for (const auto& declaration : bad) {
+        CAPTURE(declaration.text);
+        CHECK_ERROR(host::compile_globals(declaration.text), declaration.error);
     }
 }
 
@@ -374,31 +377,34 @@ TEST_CASE("A write to any word that belongs to the host alone is found and named
     __RVKBlit2D__* entry = engine.graphics().NewBlit();
     ProcessNode* node = engine.processes().first(host::kScrollCoordinates);
     // Each with a word that has no name; the last is the upper part of a word whose low byte has one.
-    const std::tuple<void*, std::size_t, const char*> places[] = {
-        {&engine.registrar(), 1, "ExportRegistrar"},
-        {&engine.runtime(), 8, "HostRuntime"},
-        {&engine.graphics(), 86, "Graphics2DInterface"},
-        {&engine.process_services(), 0, "ProcessServices"},
-        {&engine.frame_state(), 6, "FrameState"},
-        {&map.entry(), 130, "MapEntry 1/2"},
-        {engine.graphics().GetFile(1), 0, "FileRecord"},
-        {&engine.screen().record(), 3, "MapRecord of the screen"},
-        {&process, 3, "ProcessLocals of process 0"},
-        {node, 14, "ProcessNode of process 0"},
-        {entry, 35, "__RVKBlit2D__ 0 of the main list"},
-        {engine.graphics().GetBlitList(), 5, "BlitList"},
-        {&map.record(), 8, "MapRecord 1/2"},
-        {&engine.video(), 8, "VideoInfo"}};
-    for (const auto& [record, word, name] : places) {
-        CAPTURE(name);
-        std::byte* at = static_cast<std::byte*>(record) + 4 * word + 3;
+    const struct {
+        void* record;
+        std::size_t word;
+        const char* name;
+    } places[] = {{&engine.registrar(), 1, "ExportRegistrar"},
+                  {&engine.runtime(), 8, "HostRuntime"},
+                  {&engine.graphics(), 86, "Graphics2DInterface"},
+                  {&engine.process_services(), 0, "ProcessServices"},
+                  {&engine.frame_state(), 6, "FrameState"},
+                  {&map.entry(), 130, "MapEntry 1/2"},
+                  {engine.graphics().GetFile(1), 0, "FileRecord"},
+                  {&engine.screen().record(), 3, "MapRecord of the screen"},
+                  {&process, 3, "ProcessLocals of process 0"},
+                  {node, 14, "ProcessNode of process 0"},
+                  {entry, 35, "__RVKBlit2D__ 0 of the main list"},
+                  {engine.graphics().GetBlitList(), 5, "BlitList"},
+                  {&map.record(), 8, "MapRecord 1/2"},
+                  {&engine.video(), 8, "VideoInfo"}};
+    for (const auto& place : places) {
+        CAPTURE(place.name);
+        std::byte* at = static_cast<std::byte*>(place.record) + 4 * place.word + 3;
         const std::byte before = *at;
         CHECK(engine.untouched().empty());
         *at ^= std::byte{0x10};
         const auto found = engine.untouched();
         REQUIRE(found.size() == 1);
-        CHECK(found[0].find(name) != std::string::npos);
-        CHECK(found[0].find("word " + std::to_string(word) + " ") != std::string::npos);
+        CHECK(found[0].find(place.name) != std::string::npos);
+        CHECK(found[0].find("word " + std::to_string(place.word) + " ") != std::string::npos);
         *at = before;
     }
     engine.runtime().GlobalData[0] ^= 1;

@@ -133,12 +133,15 @@ void visit_ring(std::int32_t width, std::int32_t height, std::int32_t bits_per_p
 }
 
 TEST_CASE("every shift from every ring position leaves what a fill would, and leads back") {
-    for (const auto& [width, height] : {std::pair{2, 2}, {3, 4}, {4, 3}, {5, 2}, {2, 5}, {9, 4}, {6, 6}})
+    const struct {
+        std::int32_t width, height;
+    } views[] = {{2, 2}, {3, 4}, {4, 3}, {5, 2}, {2, 5}, {9, 4}, {6, 6}};
+    for (const auto& view : views)
         for (const std::int32_t bits_per_pixel : {8, 16, 32}) {
-            CAPTURE(width);
-            CAPTURE(height);
+            CAPTURE(view.width);
+            CAPTURE(view.height);
             CAPTURE(bits_per_pixel);
-            REQUIRE_NOTHROW(visit_ring(width, height, bits_per_pixel));
+            REQUIRE_NOTHROW(visit_ring(view.width, view.height, bits_per_pixel));
         }
 }
 
