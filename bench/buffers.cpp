@@ -1,5 +1,4 @@
 #include <cstdio>
-#include <stdexcept>
 
 #include "bench/composition.h"
 #include "bench/parts.h"
@@ -17,15 +16,6 @@ Position refill(Size view, Position unit) {
     return {unit.x * (view.width / 2 + 1), unit.y * (view.height / 2 + 1)};
 }
 
-// After moves the scroll has to show the map where it stands.
-void check_show(Stage& stage, Show& show, const std::string& what) {
-    const std::vector<std::byte> before(stage.screen().begin(), stage.screen().end());
-    show.draw({});
-    const auto expected = compose(stage, one_plane, show.front(), {}, before);
-    const std::string wrong = difference(stage, expected, 0);
-    if (!wrong.empty()) throw std::runtime_error("wrong picture after " + what + ": " + wrong);
-}
-
 void measure_fill(const Options& options, Size view, std::int32_t bits, const Pictures& pictures,
                   Heading& heading, Report& report) {
     Measurement m{"fill", "fill", "1 plane", bits, view, "fill", {}, 0, 0};
@@ -34,7 +24,7 @@ void measure_fill(const Options& options, Size view, std::int32_t bits, const Pi
     Show show(stage, one_plane);
     show.move({17, 9});
     show.refill();
-    check_show(stage, show, "a fill");
+    check_frame(stage, show, one_plane, {}, m.name());
     const ViewCopy copy(stage);
     const auto timings =
         time_side_by_side({{"module", [&] { show.refill(); }}, {"memcpy", copy}}, options.plan());
@@ -82,7 +72,7 @@ void measure_direction(const Options& options, Stage& stage, const Direction& di
         const Position step{direction.unit.x * n, direction.unit.y * n};
         m.value = std::to_string(n);
         for (int i = 0; i < 7; ++i) show.move(step);
-        check_show(stage, show, m.name());
+        check_frame(stage, show, one_plane, {}, m.name());
         const auto timings = time_side_by_side({{"module", [&] { show.move(step); }},
                                                 {"refill", [&] { show.move(refill(view, direction.unit)); }}},
                                                plan);

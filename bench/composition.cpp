@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <stdexcept>
 
 namespace bench {
 namespace {
@@ -99,8 +100,7 @@ bool alike(Value a, Value b, std::int32_t bits, std::int32_t tolerance) {
     return true;
 }
 
-}  // namespace
-
+// The screen after a scroll of this variant has been drawn at these positions over `before`.
 std::vector<std::byte> compose(Stage& stage, const Variant& variant, Position front, Position back,
                                std::span<const std::byte> before) {
     const std::int32_t bits = stage.bits_per_pixel();
@@ -120,6 +120,7 @@ std::vector<std::byte> compose(Stage& stage, const Variant& variant, Position fr
     return after;
 }
 
+// Empty when the screen is the expected picture; otherwise where the first difference lies, in words.
 std::string difference(Stage& stage, std::span<const std::byte> expected, std::int32_t tolerance) {
     const std::int32_t bits = stage.bits_per_pixel();
     const std::span<const std::byte> shown = stage.screen();
@@ -134,6 +135,24 @@ std::string difference(Stage& stage, std::span<const std::byte> expected, std::i
         return words;
     }
     return {};
+}
+
+}  // namespace
+
+std::vector<std::byte> check_frame(Stage& stage, Show& show, const Variant& variant, Position step,
+                                   const std::string& what) {
+    stage.lay_backdrop();
+    const std::vector<std::byte> before(stage.screen().begin(), stage.screen().end());
+    show.draw(step);
+    auto expected = compose(stage, variant, show.front(), show.back(), before);
+    expect_shown(stage, expected, 0, what);
+    return expected;
+}
+
+void expect_shown(Stage& stage, std::span<const std::byte> expected, std::int32_t tolerance,
+                  const std::string& what) {
+    const std::string wrong = difference(stage, expected, tolerance);
+    if (!wrong.empty()) throw std::runtime_error("wrong picture: " + what + ": " + wrong);
 }
 
 }  // namespace bench

@@ -11,14 +11,15 @@
 
 namespace bench {
 
-// The screen after a scroll of this variant has been drawn at these positions over `before`.
-[[nodiscard]] std::vector<std::byte> compose(Stage& stage, const Variant& variant, Position front,
-                                             Position back, std::span<const std::byte> before);
+// Lays a backdrop, draws a frame of the show over it, one step further, and compares the screen with the
+// composition, which it returns.   Errors: std::runtime_error that names `what` when they differ.
+std::vector<std::byte> check_frame(Stage& stage, Show& show, const Variant& variant, Position step,
+                                   const std::string& what);
 
-// Empty when the screen is the expected picture; otherwise where the first difference lies, in words. Colour
-// fields may differ by `tolerance`; with a tolerance byte 3 of 32-bit pixels is not looked at. Palette
-// indices always have to be the same.
-[[nodiscard]] std::string difference(Stage& stage, std::span<const std::byte> expected,
-                                     std::int32_t tolerance);
+// Compares the screen with the expected picture. Colour fields may differ by `tolerance`; with a tolerance
+// byte 3 of 32-bit pixels is not looked at. Palette indices always have to be the same.
+// Errors: std::runtime_error that names `what` and the first pixel that differs.
+void expect_shown(Stage& stage, std::span<const std::byte> expected, std::int32_t tolerance,
+                  const std::string& what);
 
 }  // namespace bench

@@ -1,5 +1,3 @@
-#include <stdexcept>
-
 #include "bench/composition.h"
 #include "bench/parts.h"
 #include "bench/peer.h"
@@ -38,20 +36,8 @@ std::vector<Scene> scenes_of(const Options& options, Size view, std::int32_t bit
     return scenes;
 }
 
-void expect_same(const Scene& scene, const std::string& who, const std::string& difference) {
-    if (difference.empty()) return;
-    throw std::runtime_error("wrong picture by " + who + ": " + scene.measurement().name() + ": " +
-                             difference);
-}
-
-// Draws a frame over the backdrop and compares it with the composition, which it returns.
 std::vector<std::byte> check_module(Stage& stage, const Scene& scene, Show& show) {
-    stage.lay_backdrop();
-    const std::vector<std::byte> before(stage.screen().begin(), stage.screen().end());
-    show.draw(scene.motion.step);
-    auto expected = compose(stage, scene.variant, show.front(), show.back(), before);
-    expect_same(scene, "the module", difference(stage, expected, 0));
-    return expected;
+    return check_frame(stage, show, scene.variant, scene.motion.step, scene.measurement().name());
 }
 
 // First wanders about until the buffers begin at some pixel in the middle of their rings.
@@ -62,7 +48,7 @@ void check_pictures(Stage& stage, const Scene& scene, Show& show,
     for (const auto& [name, peer] : peers) {
         stage.lay_backdrop();
         peer->draw(show.front(), show.back());
-        expect_same(scene, name, difference(stage, expected, peer_tolerance));
+        expect_shown(stage, expected, peer_tolerance, name + ", " + scene.measurement().name());
     }
 }
 

@@ -1,6 +1,7 @@
 #include <cstdio>
 #include <deque>
 
+#include "bench/composition.h"
 #include "bench/parts.h"
 #include "bench/view_copy.h"
 
@@ -48,6 +49,7 @@ void grow_view(const Options& options, Report& report) {
         const Pictures pictures(map_size(view));
         Stage stage(options.module, view, 32, pictures);
         Show show(stage, two_planes);
+        check_frame(stage, show, two_planes, step, "growth, view " + text(view));
         series.add(stage, text(view), view.width * view.height, [&] { show.draw(step); });
     }
 }
@@ -60,6 +62,7 @@ void grow_map(const Options& options, Report& report) {
         const Pictures pictures(map);
         Stage stage(options.module, view, 32, pictures);
         Show show(stage, two_planes);
+        check_frame(stage, show, two_planes, step, "growth, map " + text(map));
         series.add(stage, text(map), 1, [&] { show.draw(step); });
     }
 }
@@ -70,6 +73,7 @@ void grow_processes(const Options& options, Report& report) {
     const Pictures pictures(map_size(view));
     Stage stage(options.module, view, 32, pictures);
     Show show(stage, two_planes);
+    check_frame(stage, show, two_planes, {}, "growth, processes");  // before the first of them is there
     double without = 0;
     std::int32_t there = 0;
     for (const std::int32_t count : {0, 10, 100, 1000, 10000}) {
@@ -90,6 +94,7 @@ void grow_scrolls(const Options& options, Report& report) {
     for (const std::int32_t count : {1, 2, 5, 10}) {
         while (static_cast<std::int32_t>(shows.size()) < count)
             shows.emplace_back(stage, two_planes, static_cast<std::int32_t>(shows.size()));
+        for (Show& show : shows) check_frame(stage, show, two_planes, step, "growth, scrolls");
         series.add(stage, std::to_string(count), count, [&] {
             for (Show& show : shows) show.draw(step);
         });

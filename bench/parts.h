@@ -1,5 +1,5 @@
-// The parts of the measurements. All but the last check what they draw before they time it and throw
-// std::runtime_error for a wrong picture.
+// The parts of the measurements. All check what they draw before they time it and throw std::runtime_error
+// for a wrong picture.
 #pragma once
 
 #include "bench/options.h"
