@@ -114,16 +114,17 @@ void draw_camera(const ScrollSurvey& scroll) {
     if (!scroll.camera) return write(faint, "no camera: the script moves it by x0, y0, x1, y1");
     if (!scroll.camera->alive) return write(warning, "the camera has ended: the scroll stands");
     const CameraSurvey& camera = *scroll.camera;
+    const std::string destination = scroll.on_screen ? "the screen" : "its map";
     write(colour_of(Mark::camera), "camera at " + std::to_string(camera.world.x) + ", " +
-                                       std::to_string(camera.world.y) + "   on the screen " +
+                                       std::to_string(camera.world.y) + "   on " + destination + " " +
                                        std::to_string(camera.on_destination.x) + ", " +
                                        std::to_string(camera.on_destination.y));
     const auto region = [&](const std::optional<RegionSurvey>& chosen, Mark mark, const char* name) {
         if (!chosen) return;
         if (chosen->rect.empty() || !chosen->defined)
-            return write(warning,
-                         std::string(name) + " = " + std::to_string(chosen->number) +
-                             (chosen->defined ? ": nothing of it is on the screen" : " was never defined"));
+            return write(warning, std::string(name) + " = " + std::to_string(chosen->number) +
+                                      (chosen->defined ? ": nothing of it is on " + destination
+                                                       : " was never defined"));
         const Distances far = distances(camera.on_destination, chosen->rect);
         write(colour_of(mark), "to " + std::string(name) + ": left " + std::to_string(far.left) + "  right " +
                                    std::to_string(far.right) + "  up " + std::to_string(far.top) + "  down " +
