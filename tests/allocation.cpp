@@ -122,10 +122,13 @@ void* ModuleAllocator::allocate(std::size_t bytes) {
 
 void ModuleAllocator::release(void* block) {
     if (block == nullptr) return;
-    if (attached_->live.erase(block) == 0) {
+    const auto held = attached_->live.find(block);
+    if (held == attached_->live.end()) {
         ++attached_->bad_frees;
         return;
     }
+    attached_->freed.push_back(held->second);
+    attached_->live.erase(held);
     std::free(block);
 }
 

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <map>
+#include <vector>
 
 namespace tests {
 
@@ -29,6 +30,7 @@ class ModuleAllocator {
     std::size_t largest = 0;  // bytes asked for at once, so far
     // Blocks that the module holds, by address, with their bytes.
     std::map<void*, std::size_t> live;
+    std::vector<std::size_t> freed;  // bytes of the blocks that it gave back, in that order
 
   private:
     static void* allocate(std::size_t bytes);

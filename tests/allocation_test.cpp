@@ -199,4 +199,20 @@ TEST_CASE(
     }
 }
 
+TEST_CASE("what ends all scrolls gives their buffers back from scroll 9 down to 0") {
+    const std::function<void(MemoryFixture&)> ends[] = {
+        [](MemoryFixture& f) { f.engine.unload(); },
+        [](MemoryFixture& f) { f.services().StopAllScroll(); },
+    };
+    for (const auto& end : ends) {
+        MemoryFixture f;
+        for (const std::int32_t number : {4, 9, 0}) {
+            f.engine.regions().define(2 + number, 0, 0, 9 + number, 9);
+            f.start(number, 1, number == 4 ? 2 : 0, 2 + number);
+        }
+        end(f);
+        CHECK((f.memory.freed == std::vector<std::size_t>{19 * 11, 14 * 11, 14 * 11, 10 * 11}));
+    }
+}
+
 }  // namespace
