@@ -6,7 +6,8 @@ readonly SCROLL2D_ROOT
 
 # What the system itself must provide; the 32-bit libraries come from tools/i386_packages.txt.
 readonly SCROLL2D_SYSTEM_PACKAGES=(
-    g++ g++-multilib cmake ninja-build doctest-dev libcli11-dev libstb-dev python3 ca-certificates)
+    g++ g++-multilib cmake ninja-build doctest-dev libcli11-dev libstb-dev python3-pil
+    ca-certificates)
 
 say() { echo "${0##*/}: $*" >&2; }
 
