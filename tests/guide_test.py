@@ -38,12 +38,26 @@ class Pages(unittest.TestCase):
                 self.assertTrue((ROOT / script).exists(), f"{page}: {script}")
 
     def test_the_sources_that_pages_name_are_there(self):
-        folders = "bench|buffer|cmake|examples|fuzz|host|module|player|render|scroll|tests|tools"
+        folders = "bench|buffer|cmake|docs|examples|fuzz|host|module|player|render|scroll|tests|tools"
         found = 0
         for page in (ROOT / "README.md", *DOCS.glob("*.md")):
             for name in re.findall(rf"`((?:{folders})/[\w./]+)`", page.read_text()):
                 found += 1
                 self.assertTrue((ROOT / name).exists(), f"{page}: {name}")
+        self.assertGreater(found, 50)
+
+    def test_the_names_that_pages_take_from_the_code_are_in_it(self):
+        """Of the pages that point into the module; where one says "`name` in `file`", in that file."""
+        code = "".join(path.read_text() for folder in ("module", "scroll", "buffer", "render")
+                       for path in (ROOT / folder).iterdir())
+        found = 0
+        for page in (DOCS / "exactness.md", DOCS / "the-ring.md"):
+            text = " ".join(page.read_text().split())
+            names = set(re.findall(r"`([A-Za-z_]\w+)`", text))
+            found += len(names)
+            self.assertLessEqual(names, set(re.findall(r"\w+", code)), page)
+            for name, source in re.findall(r"`(\w+)` in `([a-z]+/\w+\.[a-z]+)`", text):
+                self.assertIn(name, re.findall(r"\w+", (ROOT / source).read_text()), f"{page}: {source}")
         self.assertGreater(found, 50)
 
     def test_the_gallery_shows_and_plays_every_demo(self):

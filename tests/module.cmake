@@ -22,22 +22,6 @@ target_compile_definitions(binary_test PRIVATE
     SCROLL2D_EXPORTS="${CMAKE_SOURCE_DIR}/module/exports.map"
     SCROLL2D_SHIPS=$<AND:$<CONFIG:Release>,$<NOT:$<BOOL:${SCROLL2D_SANITIZE}>>>)
 
-# ---- The header that hosts build with, by itself, in every language and compiler they may use
-set(header_compilers ${CMAKE_C_COMPILER})
-find_program(SCROLL2D_CLANG clang)
-if(SCROLL2D_CLANG AND NOT CMAKE_C_COMPILER_ID MATCHES Clang)
-    list(APPEND header_compilers ${SCROLL2D_CLANG})
-endif()
-foreach(compiler IN LISTS header_compilers)
-    foreach(standard c99 c11 c++11 c++20)
-        string(REGEX MATCH "^c(\\+\\+)?" language ${standard})
-        get_filename_component(name ${compiler} NAME)
-        add_test(NAME host_records.${name}.${standard}
-            COMMAND ${compiler} -m32 -std=${standard} -x ${language} -Wall -Wextra -Wpedantic -Wconversion -Wshadow
-                -Werror -fsyntax-only -include ${CMAKE_SOURCE_DIR}/module/host_records.h /dev/null)
-    endforeach()
-endforeach()
-
 # ---- The records as the finished file has them, read from its debug information
 find_package(Python3 COMPONENTS Interpreter)
 if(Python3_FOUND AND CMAKE_BUILD_TYPE STREQUAL "Debug")

@@ -1,4 +1,4 @@
-# What the pages show and name: the example host, the installed SDK, the film of the ring, the pointers into code.
+# What the pages show and name: the example host, the installed SDK, the film of the ring.
 scroll2d_test(one_page_host_test one_page_host_test.cpp)
 target_compile_definitions(one_page_host_test PRIVATE
     ONE_PAGE_HOST="$<TARGET_FILE:one_page_host>"
@@ -38,9 +38,6 @@ endif()
 add_test(NAME header_test
     COMMAND ${CMAKE_COMMAND} -D INCLUDE=${CMAKE_BINARY_DIR}/include -D FOLDER=${CMAKE_BINARY_DIR}/header_test
         "-DCC=${c_compilers}" "-DCXX=${cxx_compilers}" -P ${CMAKE_CURRENT_SOURCE_DIR}/header_test.cmake)
-
-add_test(NAME pointers_test
-    COMMAND ${CMAKE_COMMAND} -D ROOT=${CMAKE_SOURCE_DIR} -P ${CMAKE_CURRENT_SOURCE_DIR}/pointers_test.cmake)
 
 # The program checks every view pixel of its story by itself.
 add_test(NAME ring_movie COMMAND ring_movie)
