@@ -1,28 +1,28 @@
 # The product: RVK_mod_scroll2D.so. One list of sources, compiled once; the tests may link the same objects.
 
 add_library(scroll2d_objects OBJECT
-    scroll/scroll_table.cpp
-    scroll/script_call.cpp
-    buffer/map_copy.cpp
-    buffer/fill.cpp
-    buffer/shift.cpp
-    buffer/plane_buffers.cpp
-    buffer/check_ring.cpp
-    scroll/view.cpp
-    scroll/start.cpp
-    scroll/stop.cpp
-    scroll/camera.cpp
-    scroll/refresh.cpp
-    scroll/destination.cpp
-    render/plane_single.cpp
-    render/plane_layer.cpp
-    render/plane_parallax.cpp
-    render/routine_table.cpp
-    render/frame.cpp
-    render/sprites.cpp
-    render/services.cpp
-    module/lifecycle.cpp
-    module/registration.cpp)
+    module/state/scroll_table.cpp
+    module/scroll/script_call.cpp
+    module/buffer/map_copy.cpp
+    module/buffer/fill.cpp
+    module/buffer/shift.cpp
+    module/buffer/plane_buffers.cpp
+    module/buffer/check_ring.cpp
+    module/scroll/view.cpp
+    module/scroll/start.cpp
+    module/scroll/stop.cpp
+    module/scroll/camera.cpp
+    module/scroll/refresh.cpp
+    module/scroll/destination.cpp
+    module/render/plane_single.cpp
+    module/render/plane_layer.cpp
+    module/render/plane_parallax.cpp
+    module/entry/routine_table.cpp
+    module/render/frame.cpp
+    module/render/sprites.cpp
+    module/render/services.cpp
+    module/entry/lifecycle.cpp
+    module/entry/registration.cpp)
 
 set_target_properties(scroll2d_objects PROPERTIES
     POSITION_INDEPENDENT_CODE ON
@@ -48,18 +48,18 @@ endif()
 
 # What runs over pixels is built for speed. The loops over rows stay one: without the last two options GCC makes copies
 # of them for the rows before and after the wrap.
-set_source_files_properties(buffer/map_copy.cpp buffer/fill.cpp buffer/shift.cpp PROPERTIES
+set_source_files_properties(module/buffer/map_copy.cpp module/buffer/fill.cpp module/buffer/shift.cpp PROPERTIES
     COMPILE_OPTIONS "$<$<CONFIG:Release>:-O2>")
-set_source_files_properties(render/plane_single.cpp render/plane_layer.cpp render/plane_parallax.cpp PROPERTIES
+set_source_files_properties(module/render/plane_single.cpp module/render/plane_layer.cpp module/render/plane_parallax.cpp PROPERTIES
     COMPILE_OPTIONS "$<$<CONFIG:Release>:-O3>;$<$<CXX_COMPILER_ID:GNU>:-fno-unswitch-loops;-fno-split-loops>")
 
 add_library(RVK_mod_scroll2D MODULE $<TARGET_OBJECTS:scroll2d_objects>)
 set_target_properties(RVK_mod_scroll2D PROPERTIES
     PREFIX ""
     LINKER_LANGUAGE CXX
-    LINK_DEPENDS ${CMAKE_SOURCE_DIR}/module/exports.map)
+    LINK_DEPENDS ${CMAKE_SOURCE_DIR}/module/entry/exports.map)
 target_link_options(RVK_mod_scroll2D PRIVATE
-    -Wl,--version-script=${CMAKE_SOURCE_DIR}/module/exports.map -Wl,-z,defs -Wl,--gc-sections
+    -Wl,--version-script=${CMAKE_SOURCE_DIR}/module/entry/exports.map -Wl,-z,defs -Wl,--gc-sections
     # Code and constants share their pages; apart, they would be filled up with zeros.
     -Wl,-z,noseparate-code
     # Other modules of a host may export names of their own like ours.

@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <exception>
 
-#include "tests/random_game.h"
+#include "tests/model/random_game.h"
 
 // The fuzzer counts the module's paths from its first loading on, so the module must never be unloaded.
 extern "C" int LLVMFuzzerInitialize(int*, char***) {

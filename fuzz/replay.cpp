@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/random_game.h"
+#include "tests/model/random_game.h"
 
 namespace {
 

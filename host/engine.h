@@ -1,7 +1,7 @@
 // A small host engine without a window: the least that makes the scroll module run as it would in the wild.
 //
-// It owns every record of module/host_records.h that is not the module's, loads the module by path as a
-// stranger would, and draws frames into a screen bitmap. It links nothing of the module.
+// It owns every record of module/contract/host_records.h that is not the module's, loads the module by path
+// as a stranger would, and draws frames into a screen bitmap. It links nothing of the module.
 //
 //     host::Engine engine({.width = 320, .height = 200, .bits_per_pixel = 32});
 //     engine.load("build/RVK_mod_scroll2D.so");

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "module/host_records.h"
+#include "module/contract/host_records.h"
 
 namespace host {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "host/memory.h"
-#include "module/host_records.h"
+#include "module/contract/host_records.h"
 
 namespace host {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "host/error.h"
-#include "module/host_records.h"
+#include "module/contract/host_records.h"
 
 namespace host {
 

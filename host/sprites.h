@@ -24,7 +24,7 @@
 
 #include <cstdint>
 
-#include "module/host_records.h"
+#include "module/contract/host_records.h"
 
 namespace host {
 

@@ -5,11 +5,11 @@
 #include <cstdio>
 #include <exception>
 
+#include "player/common/options.h"
 #include "player/inspector/inspector.h"
-#include "player/options.h"
-#include "player/output.h"
+#include "player/output/output.h"
 #include "player/session.h"
-#include "player/window.h"
+#include "player/window/window.h"
 
 namespace player {
 namespace {

@@ -1,9 +1,9 @@
 // A game that runs: the world, and the script that plays in it. Making another one starts the game over.
 #pragma once
 
-#include "player/game.h"
-#include "player/options.h"
-#include "player/script.h"
+#include "player/common/options.h"
+#include "player/game/game.h"
+#include "player/script/script.h"
 
 namespace player {
 

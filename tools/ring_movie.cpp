@@ -8,12 +8,12 @@
 #include <cstdio>
 #include <vector>
 
-#include "buffer/buffer.h"
-#include "module/host_records.h"
-#include "module/numbers.h"
-#include "render/plane_drawing.h"
-#include "render/routine_pointers.h"
-#include "scroll/scroll_table.h"
+#include "module/buffer/buffer.h"
+#include "module/contract/host_records.h"
+#include "module/contract/numbers.h"
+#include "module/render/plane_drawing.h"
+#include "module/state/routine_pointers.h"
+#include "module/state/scroll_table.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 // right. Nothing covers the game.
 #pragma once
 
-#include "player/placement.h"
+#include "player/common/placement.h"
 
 namespace player {
 

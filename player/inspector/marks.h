@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "player/canvas/style.h"
+#include "player/common/placement.h"
 #include "player/inspector/survey.h"
-#include "player/placement.h"
-#include "player/style.h"
 
 namespace player {
 

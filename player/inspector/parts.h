@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/engine.h"
-#include "player/canvas.h"
+#include "player/canvas/canvas.h"
 #include "player/inspector/layout.h"
 #include "player/inspector/marks.h"
 #include "player/inspector/surveyor.h"

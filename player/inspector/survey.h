@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-#include "player/missing_maps.h"
+#include "player/game/missing_maps.h"
 
 namespace player {
 

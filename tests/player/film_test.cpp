@@ -8,7 +8,7 @@
 #include <iterator>
 #include <random>
 
-#include "player/film.h"
+#include "player/output/film.h"
 
 using namespace player;
 using Bytes = std::vector<std::uint8_t>;

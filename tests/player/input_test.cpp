@@ -7,11 +7,11 @@
 #include <fstream>
 #include <random>
 
-#include "player/devices.h"
-#include "player/file_watch.h"
-#include "player/pacer.h"
-#include "player/placement.h"
-#include "player/transport.h"
+#include "player/common/pacer.h"
+#include "player/common/placement.h"
+#include "player/game/file_watch.h"
+#include "player/window/devices.h"
+#include "player/window/transport.h"
 
 using namespace player;
 

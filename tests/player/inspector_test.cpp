@@ -11,7 +11,7 @@
 #include <random>
 #include <set>
 
-#include "player/panels.h"
+#include "player/window/panels.h"
 
 using namespace player;
 

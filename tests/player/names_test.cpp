@@ -5,8 +5,8 @@
 #include <fstream>
 #include <random>
 
-#include "player/names.h"
-#include "player/script_path.h"
+#include "player/common/names.h"
+#include "player/common/script_path.h"
 
 using namespace player;
 namespace fs = std::filesystem;

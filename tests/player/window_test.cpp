@@ -1,5 +1,5 @@
 // The window, by SDL's driver that needs no display, with events pushed as SDL would.
-#include "player/window.h"
+#include "player/window/window.h"
 
 #include <SDL.h>
 #include <doctest/doctest.h>

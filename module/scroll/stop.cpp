@@ -1,0 +1,83 @@
+#include <cstdint>
+
+#include "module/buffer/buffer.h"
+#include "module/scroll/scroll.h"
+#include "module/state/scroll_table.h"
+
+namespace scroll2d {
+namespace {
+
+bool shown_by_a_running_scroll(std::int32_t mask) {
+    for (std::int32_t i = 0; i < scroll_count; ++i) {
+        if (scroll_sys[i].active != 0 && mask_shows(mask, i)) return true;
+    }
+    return false;
+}
+
+// Ends the processes that live in scroll coordinates and that no running scroll shows.
+void delete_scroll_processes() {
+    ProcessNode* node = rvkre->Processes->FirstProcessOfType(c_scroll);
+    while (node != nullptr) {
+        ProcessLocals* const process = node->data;
+        node =
+            shown_by_a_running_scroll(process->scroll_mask) ? node->next : rvkre->DeleteProcess(process, 2);
+    }
+}
+
+void reset_script_element(std::int32_t number) {
+    _scroll_ = script_element(number);
+    *_scroll_ = script_defaults;
+}
+
+}  // namespace
+
+void release_scroll(std::int32_t number) {
+    ScrollRecord& r = scroll_sys[number];
+    if (r.active == 0) return;
+    free_buffers(r);
+    r.active = 0;
+    r.map1_pixels = nullptr;
+    r.map2_pixels = nullptr;
+}
+
+void stop_scroll(std::int32_t number) {
+    pscroll = &scroll_sys[number];
+    release_scroll(number);
+    delete_scroll_processes();
+}
+
+void StopScroll(std::int32_t number) {
+    if (!is_scroll_number(number)) return;
+    select_scroll(number);
+    release_scroll(number);
+    reset_script_element(number);
+    delete_scroll_processes();
+}
+
+void StopAllScroll() {
+    for (std::int32_t i = scroll_count - 1; i >= 0; --i) {
+        select_scroll(i);
+        release_scroll(i);
+        reset_script_element(i);
+    }
+    delete_scroll_processes();
+}
+
+}  // namespace scroll2d
+
+std::int32_t RVK_scroll_stop() {
+    using namespace scroll2d;
+    std::int32_t number;
+    if (!pop_scroll_range("SCROLL_STOP", number)) return rvkre->ReturnInt(failure);
+    const ScrollRange range = scroll_range(number);
+    std::int32_t stopped = 0;
+    for (std::int32_t i = range.first; i <= range.last; ++i) {
+        select_scroll(i);
+        if (pscroll->active != 0) {
+            stop_scroll(i);
+            ++stopped;
+        }
+        reset_script_element(i);
+    }
+    return rvkre->ReturnInt(stopped);
+}

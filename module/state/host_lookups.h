@@ -1,0 +1,78 @@
+// What the host has at this moment: depth, maps, regions, limits. Looked up at every use and never kept,
+// since the host may take anything away between two calls.
+#pragma once
+
+#include <cstdint>
+
+#include "module/contract/host_records.h"
+#include "module/state/routine_pointers.h"
+#include "module/state/scroll_table.h"
+
+namespace scroll2d {
+
+// Bytes per pixel of the screen: 2 at 16 bits, 4 at 32 bits, 1 at any other depth.
+inline std::int32_t screen_pixel_bytes() {
+    switch (rvkre->Graphics->Video->bits_per_pixel) {
+        case 16:
+            return 2;
+        case 32:
+            return 4;
+        default:
+            return 1;
+    }
+}
+
+// A bitmap that may be read or drawn into, or null: it is there, has pixels, and these have the depth of the
+// chosen routines (a host that has changed the depth and not yet called the update hook has no such bitmap).
+inline MapRecord* usable_bitmap(MapRecord* bitmap) {
+    if (bitmap == nullptr || bitmap->pixels == nullptr || bitmap->width < 1 || bitmap->height < 1)
+        return nullptr;
+    return screen_pixel_bytes() == routine_pixel_bytes ? bitmap : nullptr;
+}
+inline MapRecord* usable_bitmap(const MapEntry* entry) {
+    return entry == nullptr ? nullptr : usable_bitmap(entry->bitmap);
+}
+
+// Graph numbers of a file are below it.
+inline std::int32_t graph_limit(std::int32_t file) {
+    return file == 0 ? rvkre->Graphics->SystemGraphCount() : 1000;
+}
+
+// An entry of the host's region table, or null: no number at or beyond RegionCount() is a region, whatever
+// was valid when a script or a record stored it.   writes: pregion_scroll2D
+inline const __RVKRegion__* region_at(std::int32_t number) {
+    const Graphics2DInterface& g = *rvkre->Graphics;
+    if (number < 0 || number >= g.RegionCount()) return nullptr;
+    return pregion_scroll2D = g.Regions + number;
+}
+
+// Takes a map's pixels and alpha flag into a plane; its size too at a start and at a refresh.
+inline void take_pixels(const Plane& plane, const MapRecord& map) {
+    plane.map_pixels = static_cast<const std::uint8_t*>(map.pixels);
+    plane.map_alpha_flag = map.alpha_flag;
+}
+inline void take_map(const Plane& plane, const MapRecord& map) {
+    plane.map_width = map.width;
+    plane.map_height = map.height;
+    take_pixels(plane, map);
+}
+
+// What a look-up of a plane's map found. The order is that of severity.
+enum class MapState {
+    ready,
+    too_small,  // there, but smaller than the size on record: nothing could be read from it safely
+    gone,
+};
+
+// Brings the current map of a plane into its record: pixels and alpha flag; the sizes stay those of the start
+// or the last refresh.   writes: pfpgmap1_scroll2D or pfpgmap2_scroll2D, the plane's map fields
+inline MapState look_up_plane_map(std::int32_t file, Plane plane) {
+    plane.entry = rvkre->Graphics->GetMap(file, plane.graph);
+    const MapRecord* bitmap = usable_bitmap(plane.entry);
+    if (bitmap == nullptr) return MapState::gone;
+    if (bitmap->width < plane.map_width || bitmap->height < plane.map_height) return MapState::too_small;
+    take_pixels(plane, *bitmap);
+    return MapState::ready;
+}
+
+}  // namespace scroll2d

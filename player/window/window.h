@@ -1,0 +1,93 @@
+// The game in a window: played sixty times a second, steered by keyboard and pads, paused, loaded again.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "player/canvas/canvas.h"
+#include "player/common/pacer.h"
+#include "player/inspector/inspector.h"
+#include "player/output/output.h"
+#include "player/session.h"
+#include "player/window/commands.h"
+#include "player/window/devices.h"
+#include "player/window/transport.h"
+
+struct SDL_Window;
+
+namespace player {
+
+class Window {
+  public:
+    // Opens the window and loads the script; an error in that is shown, not thrown. Errors:
+    // std::runtime_error with SDL's reason when no window can be opened.
+    explicit Window(const Options& options);
+    Window(const Window&) = delete;
+    Window& operator=(const Window&) = delete;
+    ~Window();
+
+    // Where the pictures of the frames to come go, besides the window, until run() has returned.
+    void deliver_to(const Outputs& outputs) { outputs_ = &outputs; }
+
+    // Takes the events that wait, plays the frames that are due at `now` (seconds of a steady clock), and
+    // shows the result. False once the window is to be closed.
+    bool turn(double now);
+    // turn() until that, in real time. Returns the exit status.
+    int run();
+
+    // ---- For whoever watches
+
+    [[nodiscard]] const Transport& transport() const { return transport_; }
+    [[nodiscard]] Session* session() { return session_.get(); }  // null: the script could not be loaded
+    [[nodiscard]] const std::string& title() const { return title_; }
+    [[nodiscard]] bool shows_keys() const { return keys_shown_; }
+    [[nodiscard]] bool inspects() const { return inspecting_; }
+    [[nodiscard]] int exit_status() const { return exit_status_; }
+
+  private:
+    struct Sdl {
+        Sdl();
+        ~Sdl();
+    };
+    struct Destroy {
+        void operator()(SDL_Window* window) const;
+    };
+
+    void take_events();
+    void take_key(const SDL_Event& event);
+    void obey(Command command);
+    void load();
+    void play_frame();
+    void show();
+    void fit_window();
+    void place_window(const Area& at);
+    void look_at_files(double now);
+    void write_title();
+    void toggle_full_screen();
+
+    Options options_;
+    const Outputs* outputs_ = nullptr;
+    Sdl sdl_;
+    std::unique_ptr<SDL_Window, Destroy> window_;
+    std::optional<Canvas> canvas_;
+    Pacer pacer_;
+    Devices devices_;
+    Transport transport_;
+    std::unique_ptr<Session> session_;
+    std::optional<Inspector> inspector_;  // of the session, shown or not
+    bool inspecting_ = false;
+    Picture screen_;         // what the game drew last; stays when the game is gone
+    FileWatch script_only_;  // what to watch while no session does
+    std::optional<std::string> changed_file_;
+    double next_look_ = 0;
+    std::string title_;
+    bool fit_due_ = false;          // once the window is neither full nor maximal
+    std::optional<Area> windowed_;  // where a window was that had to be enlarged to be full
+    bool keys_shown_ = false;
+    bool closing_ = false;
+    int exit_status_ = 0;
+};
+
+}  // namespace player

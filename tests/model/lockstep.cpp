@@ -1,0 +1,392 @@
+#include "tests/model/lockstep.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <random>
+#include <utility>
+
+#include "tests/model/routines.h"
+#include "tests/png.h"
+
+namespace model {
+
+namespace {
+
+std::string text(std::int32_t value) {
+    return std::to_string(value);
+}
+std::string text(const std::vector<std::string>& lines) {
+    std::string all;
+    for (const std::string& line : lines) (all += "\n    ") += line;
+    return all.empty() ? "nothing" : all;
+}
+std::string text(const std::vector<host::ScriptError>& errors) {
+    std::vector<std::string> lines;
+    lines.reserve(errors.size());
+    for (const host::ScriptError& error : errors) lines.push_back(error.text());
+    return text(lines);
+}
+std::string text(const std::vector<std::int32_t>& words) {
+    std::string all;
+    for (const std::int32_t word : words) (all += " ") += std::to_string(word);
+    return all;
+}
+std::string hex(Pixel pixel) {
+    char digits[12];
+    std::snprintf(digits, sizeof digits, "%08x", pixel);
+    return digits;
+}
+
+template <class Words>
+std::string differences(const Words& expected, const Words& actual) {
+    std::string all;
+    for (std::size_t i = 0; i < expected.size(); ++i)
+        if (expected[i] != actual[i])
+            all += "\n    word " + std::to_string(i) + ": expected " + text(expected[i]) + ", got " +
+                   text(actual[i]);
+    return all;
+}
+
+}  // namespace
+
+// Half of the pixels stand alone, the rest lie in runs of a kind: drawing has short cuts for groups of pixels
+// that are alike, and a run ends anywhere within one.
+void fill_with_noise(host::Bitmap& bitmap, std::uint32_t seed) {
+    std::mt19937 random(seed);
+    Pixel kind = 0;
+    Pixel left = 0;
+    for (std::int32_t y = 0; y < bitmap.height(); ++y)
+        for (std::int32_t x = 0; x < bitmap.width(); ++x) {
+            if (left-- == 0) {
+                kind = random();
+                left = (kind & 63) == 0 ? kind >> 20 & 127 : 0;
+            }
+            Pixel pixel = random();
+            if ((kind >> 6 & 3) == 1) pixel |= 0xFF000000;
+            if ((kind >> 6 & 3) == 2) pixel &= 0x00FFFFFF;
+            bitmap.set_pixel(x, y, (kind >> 8 & 3) == 0 ? 0 : pixel);
+        }
+}
+
+std::filesystem::path module_path(const char* built) {
+    const char* chosen = std::getenv("SCROLL2D_MODULE");
+    return chosen != nullptr ? chosen : built;
+}
+
+Lockstep::Lockstep(const host::Options& options, const std::filesystem::path& module)
+    : engine(options), model(engine, stamp) {
+    replace_routines(engine.graphics());
+    engine.load(module);
+    memory.attach(module.c_str());
+    // A module that was not unloaded since its last game may remember positions of second planes.
+    engine.files().create_map(1, 1, 1, 1);
+    for (std::int32_t n = 0; n < 10; ++n) engine.call("scroll_start", {n, 1, 1, 1, -1, 0});
+    engine.call("scroll_stop", {-1});
+    engine.files().unload_file(1);
+    engine.clear_errors();
+}
+
+void Lockstep::note(std::string what) {
+    notes_.push_back(std::move(what));
+    if (notes_.size() > 40) notes_.erase(notes_.begin(), notes_.begin() + 20);
+}
+
+void Lockstep::differ(const std::string& what) const {
+    throw Mismatch(what + "\n  the last steps:" + text(notes_));
+}
+
+template <class Value>
+void Lockstep::same(const Value& expected, const Value& actual, const std::string& what) const {
+    if (expected != actual) differ(what + ": expected " + text(expected) + ", got " + text(actual));
+}
+
+// The fifteen fields of the ten elements, where the host keeps them now.
+std::span<std::int32_t> Lockstep::script_fields() {
+    return {&engine.global("scroll", 0, "camera"), 150};
+}
+
+void Lockstep::write(int scroll, Field field, std::int32_t value) {
+    note("scroll[" + text(scroll) + "] field " + text(field) + " = " + text(value));
+    script_fields()[static_cast<std::size_t>(15 * scroll + field)] = value;
+    model.elements[static_cast<std::size_t>(scroll)][field] = value;
+}
+void Lockstep::nudge(int scroll, Field field, std::int32_t by) {
+    const Int to = Int{script_fields()[static_cast<std::size_t>(15 * scroll + field)]} + by;
+    write(scroll, field, static_cast<std::int32_t>(std::clamp<Int>(to, INT32_MIN, INT32_MAX)));
+}
+
+void Lockstep::fail_allocations(int nth, bool for_good) {
+    note("allocation " + text(nth) + (for_good ? " and on" : "") + " of each step is to fail");
+    failing_ = nth;
+    failing_for_good_ = for_good;
+}
+
+void Lockstep::finish() {
+    engine.unload();
+    same(0, static_cast<int>(memory.live.size()), "blocks of memory after the end");
+    same(0, memory.bad_frees, "wrong frees");
+}
+
+void Lockstep::begin_step() {
+    model.look_at_processes();
+    model.errors.clear();
+    engine.clear_errors();
+    passes.clear();
+    model.sprite_passes.clear();
+}
+
+// The model goes first: it looks at the host as it was before the module changed it.
+template <class Result, class Actual, class Expected>
+Result Lockstep::step(Actual actual, Expected expected) {
+    begin_step();
+    model.fail(failing_, failing_for_good_);
+    const Result wanted = expected();
+    memory.fail(failing_, failing_for_good_);
+    const Result got = actual();
+    same(wanted, got, "result");
+    same(model.allocations, memory.made, "allocations");
+    memory.heal();
+    check();
+    return got;
+}
+
+std::int32_t Lockstep::call(const std::string& function, std::initializer_list<std::int32_t> arguments) {
+    note(function + text(std::vector<std::int32_t>(arguments)));
+    const std::span<const std::int32_t> a(arguments.begin(), arguments.size());
+    return step<std::int32_t>([&] { return engine.call(function, a).value; },
+                              [&] {
+                                  if (function == "scroll_start" || function == "start_scroll")
+                                      return model.start(a);
+                                  if (function == "scroll_stop") return model.stop(a[0]);
+                                  if (function == "scroll_move") return model.move(a[0]);
+                                  if (function == "scroll_refresh") return model.refresh(a[0]);
+                                  if (function != "scroll_set_destination") differ("no model of " + function);
+                                  return model.set_destination(a[0], a[1], a[2], a[3]);
+                              });
+}
+
+void Lockstep::stop_service(std::int32_t scroll) {
+    note("StopScroll " + text(scroll));
+    step<std::int32_t>([&] { return engine.services()->StopScroll(scroll), 0; },
+                       [&] { return model.stop_service(scroll), 0; });
+}
+void Lockstep::stop_all_service() {
+    note("StopAllScroll");
+    step<std::int32_t>([&] { return engine.services()->StopAllScroll(), 0; },
+                       [&] { return model.stop_all_service(), 0; });
+}
+
+void Lockstep::change_video_mode(const host::VideoMode& mode, bool reset) {
+    note("video mode " + text(mode.width) + " x " + text(mode.height) + " at " + text(mode.bits_per_pixel) +
+         (reset ? " bits, reset" : " bits"));
+    const host::ModeChange how{
+        .reset = reset, .convert_maps = true, .before_update = [this] { bitmaps_changed(); }};
+    step<std::int32_t>([&] { return engine.change_video_mode(mode, how), 0; },
+                       [&] { return reset ? (model.stop_all_service(), 0) : 0; });
+}
+
+void Lockstep::frame() {
+    note("frame");
+    const bool suspended = *engine.frame_state().suspend_flag != 0;
+    host::BlitQueue& main = engine.blit_lists().main();
+    std::vector<Entry> wanted;
+    step<std::int32_t>([&] { return engine.run_hook(host::Hook::frame), main.count(); },
+                       [&] {
+                           if (!suspended) wanted = model.schedule();
+                           return static_cast<std::int32_t>(wanted.size());
+                       });
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        Entry words = words_of(*main.entries()[i]);
+        if (words[44] == 0) differ("a scroll entry has no draw routine");
+        words[44] = 0;
+        if (wanted[i] != words) differ("scroll entry " + std::to_string(i) + differences(wanted[i], words));
+    }
+    main.sort();
+    const std::vector<__RVKBlit2D__*> order = main.entries();
+    for (__RVKBlit2D__* entry : order) draw_entry(*entry);
+    main.clear();
+}
+
+void Lockstep::draw_entry(__RVKBlit2D__& entry) {
+    note("draw scroll " + text(entry.id));
+    const std::int32_t z_key = entry.z;
+    const auto result =
+        step<std::int32_t>([&] { return entry.draw(&entry); }, [&] { return model.blit(entry.id, z_key); });
+    same(result, entry.drawn, "the entry's word 2");
+    if (&engine.blit_lists().current() != &engine.blit_lists().main())
+        differ("another list than the main one is current");
+}
+
+void Lockstep::draw_unscheduled(std::int32_t scroll, std::int32_t z) {
+    host::BlitQueue& main = engine.blit_lists().main();
+    engine.blit_lists().select(nullptr);
+    __RVKBlit2D__& entry = *main.add();
+    entry.id = scroll;
+    entry.z = z;
+    entry.draw = engine.services()->BlitScroll2D;
+    draw_entry(entry);
+    main.clear();
+}
+
+void Lockstep::ask_services(std::int32_t scroll, std::int32_t mask, __RVKRegion__ world) {
+    using Answer = Model::Answer;
+    const ScrollSystemInterface& s = *engine.services();
+    const std::string of = " of scroll " + text(scroll) + " with mask " + text(mask);
+    constexpr std::int32_t kUnwritten = 0x5EED;
+
+    __RVKRegion__ region{kUnwritten, kUnwritten, kUnwritten, kUnwritten};
+    const std::int32_t has_region =
+        s.GetScrollRegion(scroll, mask, world.x, world.y, world.x2, world.y2, &region);
+    const Answer r = model.scroll_region(scroll, mask, world.x, world.y, world.x2, world.y2);
+    same<std::int32_t>(r.empty() ? 0 : 1, has_region, "result of GetScrollRegion" + of);
+    same(r.empty() ? Answer(4, kUnwritten) : r, Answer{region.x, region.x2, region.y, region.y2},
+         "GetScrollRegion" + of);
+
+    __RVKPoint2D__ point{kUnwritten, kUnwritten};
+    const std::int32_t has_point = s.GetScrollPoint(scroll, mask, &point);
+    const Answer p = model.scroll_point(scroll, mask);
+    same<std::int32_t>(p.empty() ? 0 : 1, has_point, "result of GetScrollPoint" + of);
+    same(p.empty() ? Answer(2, kUnwritten) : p, Answer{point.x, point.y}, "GetScrollPoint" + of);
+
+    __RVKPoint2D__ first{kUnwritten, kUnwritten};
+    __RVKPoint2D__ second{kUnwritten, kUnwritten};
+    const std::int32_t has_pos = s.GetScrollPos(scroll, mask, &first, &second);
+    const Answer pos = model.scroll_pos(scroll, mask);
+    same<std::int32_t>(pos.empty() ? 0 : 1, has_pos, "result of GetScrollPos" + of);
+    same(pos.empty() ? Answer(4, kUnwritten) : pos, Answer{first.x, first.y, second.x, second.y},
+         "GetScrollPos" + of);
+
+    __RVKPoint2D__ alone{kUnwritten, kUnwritten};
+    same(has_pos, s.GetScrollPos(scroll, mask, nullptr, &alone), "GetScrollPos of plane 2 alone" + of);
+    same(Answer{second.x, second.y}, Answer{alone.x, alone.y}, "GetScrollPos of plane 2 alone" + of);
+    same(has_pos, s.GetScrollPos(scroll, mask, &alone, nullptr), "GetScrollPos of plane 1 alone" + of);
+    same(Answer{first.x, first.y}, Answer{alone.x, alone.y}, "GetScrollPos of plane 1 alone" + of);
+
+    same<std::int32_t>(model.process_in_scroll(scroll, mask), s.GetProcessInScroll(scroll, mask),
+                       "GetProcessInScroll" + of);
+    same<std::int32_t>(Model::process_out_of_scroll(scroll, mask), s.GetProcessOutScroll(scroll, mask),
+                       "GetProcessOutScroll" + of);
+    for (const std::int32_t none :
+         {s.GetScrollRegion(scroll, mask, 0, 0, 1, 1, nullptr), s.GetScrollPoint(scroll, mask, nullptr),
+          s.GetScrollPos(scroll, mask, nullptr, nullptr)})
+        same(0, none, "a service without outputs" + of);
+}
+
+// ---- Comparing
+
+void Lockstep::check() {
+    same({}, engine.faults(), "faults");
+    same(model.errors, engine.errors(), "errors");
+    const std::span<const std::int32_t> fields = script_fields();
+    for (std::size_t n = 0; n < 10; ++n) {
+        Element actual;
+        std::copy_n(fields.begin() + static_cast<std::ptrdiff_t>(15 * n), 15, actual.begin());
+        if (model.elements[n] != actual)
+            differ("element " + std::to_string(n) + " of scroll[]" + differences(model.elements[n], actual));
+    }
+    check_processes();
+    check_sprite_passes();
+    check_bitmap("screen", engine.screen());
+    for (std::int32_t f = 0; f < engine.files().file_count(); ++f)
+        for (const std::int32_t graph : engine.files().graphs(f))
+            check_bitmap("map " + text(graph) + " of file " + text(f), *engine.files().find_map(f, graph));
+    for (std::int32_t n = -1; n <= 10; ++n) ask_services(n, 0, {0, 1, 0, 1});
+    same(model.buffers(), static_cast<int>(memory.live.size()), "blocks of memory");
+    same(0, memory.bad_frees, "wrong frees");
+    if (++checks_ % 64 == 0) same({}, engine.untouched(), "words that are the host's");
+}
+
+void Lockstep::check_processes() {
+    std::size_t i = 0;
+    for (const ProcessNode* n = engine.processes().first(host::kScrollCoordinates); n != nullptr;
+         n = n->next, ++i) {
+        const std::int32_t id = host::Processes::id_of(*n->data);
+        if (i == model.processes.size() || model.processes[i].first != id)
+            differ("process " + std::to_string(i) + " of the list should have been deleted");
+        Locals actual;
+        std::memcpy(actual.data(), n->data, sizeof actual);
+        if (model.processes[i].second != actual)
+            differ("process " + std::to_string(i) + " of the list" +
+                   differences(model.processes[i].second, actual));
+    }
+    if (i != model.processes.size()) differ("a process was deleted that a running scroll shows");
+}
+
+void Lockstep::check_sprite_passes() {
+    same(static_cast<std::int32_t>(model.sprite_passes.size()), static_cast<std::int32_t>(passes.size()),
+         "sprite passes");
+    for (std::size_t i = 0; i < passes.size(); ++i) {
+        const std::vector<Entry>& expected = model.sprite_passes[i];
+        same(static_cast<std::int32_t>(expected.size()), static_cast<std::int32_t>(passes[i].size()),
+             "entries of a pass");
+        for (std::size_t k = 0; k < expected.size(); ++k) {
+            Entry actual = passes[i][k];
+            const bool layer = expected[k][44] == 0;
+            if (actual[44] == 0) differ("an entry of a pass has no draw routine");
+            if (layer) actual[44] = 0;
+            if (expected[k] != actual)
+                differ("entry " + std::to_string(k) + " of a pass" + differences(expected[k], actual));
+        }
+    }
+}
+
+void Lockstep::check_bitmap(const std::string& name, host::Bitmap& bitmap) {
+    const std::vector<std::byte>& expected = model.pixels.at(&bitmap.record());
+    if (std::ranges::equal(expected, bitmap.bytes())) return;
+    const auto bytes = static_cast<std::size_t>(model.bytes());
+    const auto first = std::ranges::mismatch(expected, bitmap.bytes()).in1 - expected.begin();
+    const auto index = static_cast<std::int32_t>(static_cast<std::size_t>(first) / bytes);
+    const std::int32_t x = index % bitmap.width();
+    const std::int32_t y = index / bitmap.width();
+    write_pictures(bitmap, expected);
+    differ(name + ": pixel (" + text(x) + ", " + text(y) + "): expected " +
+           hex(model.pixel(&bitmap.record(), index)) + ", got " + hex(bitmap.pixel(x, y)) +
+           operands(&bitmap.record(), x, y) +
+           "\n    see mismatch_expected.png, mismatch_actual.png, mismatch_difference.png");
+}
+
+// What went into a pixel of a destination, of every scroll whose view covers it.
+std::string Lockstep::operands(const MapRecord* on, std::int32_t x, std::int32_t y) const {
+    std::string all;
+    if (const auto before = model.painted.find(on); before != model.painted.end()) {
+        Pixel d = 0;
+        const auto bytes = static_cast<std::size_t>(model.bytes());
+        std::memcpy(&d, before->second.data() + static_cast<std::size_t>(y * on->width + x) * bytes, bytes);
+        all += ", D " + hex(d);
+    }
+    for (std::size_t n = 0; n < 10; ++n) {
+        const Scroll& s = model.scrolls[n];
+        const Int c = x - s.dest_x;
+        const Int r = y - s.dest_y;
+        if (!s.active || c < 0 || r < 0 || c >= s.width || r >= s.height) continue;
+        all += "\n    scroll " + std::to_string(n) + " mode " + text(s.mode) + " alpha " + text(s.alpha);
+        for (int i = 0; i < s.planes; ++i) {
+            const Plane& p = s.plane[static_cast<std::size_t>(i)];
+            const auto at = static_cast<std::size_t>(r * s.width + c);
+            if (at < p.picture.size())
+                all += std::string(" plane ") + text(i + 1) + (p.alpha_flag ? " with alpha " : " ") +
+                       hex(p.picture[at]);
+        }
+    }
+    return all;
+}
+
+void Lockstep::write_pictures(const host::Bitmap& actual, const std::vector<std::byte>& expected) {
+    host::Bitmap wanted(actual.width(), actual.height(), actual.bits_per_pixel(), host::Fence::none);
+    std::ranges::copy(expected, wanted.bytes().begin());
+    const host::Image is = to_opaque_image(actual, host::Palette());
+    const host::Image should = to_opaque_image(wanted, host::Palette());
+    host::Image difference = should;
+    for (std::int32_t i = 0; i < is.width * is.height; ++i) {
+        const auto k = static_cast<std::size_t>(i);
+        const bool equal =
+            actual.pixel(i % is.width, i / is.width) == wanted.pixel(i % is.width, i / is.width);
+        difference.pixels[k] = equal ? host::Rgba{0, 0, 0, 255} : host::Rgba{255, 0, 0, 255};
+    }
+    tests::write_png("mismatch_expected.png", should);
+    tests::write_png("mismatch_actual.png", is);
+    tests::write_png("mismatch_difference.png", difference);
+}
+
+}  // namespace model

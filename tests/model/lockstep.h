@@ -1,0 +1,83 @@
+// The module and the model side by side: whatever is asked of one is asked of the other, and after every step
+// all that can be seen of the module is compared: results, errors, script fields, entries of blit lists,
+// processes, services, memory held, and every pixel of the screen and of every map.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <initializer_list>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "host/engine.h"
+#include "tests/model/model.h"
+#include "tests/module/allocation.h"
+
+namespace model {
+
+// Says what differs, and what was called before.
+class Mismatch : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+// Fills a bitmap with pixels of which many are transparent, fully opaque, or nearly so.
+void fill_with_noise(host::Bitmap& bitmap, std::uint32_t seed);
+
+// The module to test: $SCROLL2D_MODULE, or else the one that was built.
+std::filesystem::path module_path(const char* built);
+
+class Lockstep {
+  public:
+    tests::ModuleAllocator memory;
+    host::Engine engine;
+    Model model;
+
+    Lockstep(const host::Options& options, const std::filesystem::path& module);
+
+    // ---- The module's doings. Each throws Mismatch, after writing pictures where pixels differ.
+    std::int32_t call(const std::string& function, std::initializer_list<std::int32_t> arguments);
+    void frame();
+    // By an entry of the test's own, of any number, whether or not a frame would show the scroll.
+    void draw_unscheduled(std::int32_t scroll, std::int32_t z);
+    void change_video_mode(const host::VideoMode& mode, bool reset);
+    void stop_service(std::int32_t scroll);
+    void stop_all_service();
+    void ask_services(std::int32_t scroll, std::int32_t mask, __RVKRegion__ world);
+
+    // ---- What scripts and hosts do between. Bitmaps that a test has changed must be looked at anew.
+    void write(int scroll, Field field, std::int32_t value);
+    void nudge(int scroll, Field field, std::int32_t by);  // not beyond the edge of the numbers
+    void bitmaps_changed() { model.look_at_bitmaps(); }
+    // In each later step the n-th allocation fails, counted from 1, and the ones after it with `for_good`. 0:
+    // none.
+    void fail_allocations(int nth, bool for_good);
+    // Unloads the module and looks for what it left behind. The end of a game.
+    void finish();
+    void note(std::string what);
+
+  private:
+    template <class Result, class Actual, class Expected>
+    Result step(Actual actual, Expected expected);
+    void begin_step();
+    void check();
+    void check_bitmap(const std::string& name, host::Bitmap& bitmap);
+    void check_processes();
+    void check_sprite_passes();
+    void draw_entry(__RVKBlit2D__& entry);
+    [[nodiscard]] std::string operands(const MapRecord* on, std::int32_t x, std::int32_t y) const;
+    static void write_pictures(const host::Bitmap& actual, const std::vector<std::byte>& expected);
+    [[noreturn]] void differ(const std::string& what) const;
+    template <class Value>
+    void same(const Value& expected, const Value& actual, const std::string& what) const;
+    std::span<std::int32_t> script_fields();
+
+    int failing_ = 0;
+    bool failing_for_good_ = false;
+    std::vector<std::string> notes_;
+    std::uint32_t checks_ = 0;
+};
+
+}  // namespace model

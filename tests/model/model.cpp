@@ -1,0 +1,127 @@
+#include <cstring>
+#include <utility>
+
+#include "tests/model/model.h"
+#include "tests/model/numbers.h"
+
+namespace model {
+
+namespace {
+
+bool valid(const MapRecord* b) {
+    return b != nullptr && b->pixels != nullptr && b->width >= 1 && b->height >= 1;
+}
+
+}  // namespace
+
+Model::Model(host::Engine& engine, Sprite sprite) : engine_(engine), sprite_(std::move(sprite)) {
+    elements.fill(kDefaults);
+    look_at_bitmaps();
+}
+
+void Model::look_at_bitmaps() {
+    pixels.clear();
+    const auto take = [this](host::Bitmap& b) {
+        pixels[&b.record()].assign(b.bytes().begin(), b.bytes().end());
+    };
+    take(engine_.screen());
+    for (std::int32_t f = 0; f < engine_.files().file_count(); ++f)
+        for (const std::int32_t graph : engine_.files().graphs(f)) take(*engine_.files().find_map(f, graph));
+}
+
+void Model::look_at_processes() {
+    processes.clear();
+    for (const ProcessNode* n = engine_.processes().first(host::kScrollCoordinates); n != nullptr;
+         n = n->next) {
+        auto& [id, locals] = processes.emplace_back();
+        id = address(n->data);
+        std::memcpy(locals.data(), n->data, sizeof locals);
+    }
+}
+
+// ---- What the host has
+
+Int Model::bytes() const {
+    return host::bytes_per_pixel(engine_.video().bits_per_pixel);
+}
+const MapRecord* Model::bitmap(std::int32_t f, std::int32_t graph) const {
+    host::Map* map = engine_.files().find_map(f, graph);
+    return map != nullptr && valid(map->entry().bitmap) ? map->entry().bitmap : nullptr;
+}
+const MapRecord* Model::destination(const Scroll& s) const {
+    if (s.dest_graph == 0) return engine_.graphics().ScreenMap;
+    return bitmap(s.dest_file, s.dest_graph);
+}
+const __RVKRegion__* Model::region(std::int32_t number) const {
+    if (number < 0 || number >= engine_.regions().count()) return nullptr;
+    return &engine_.regions().at(number);
+}
+Pixel Model::pixel(const MapRecord* b, Int index) const {
+    Pixel value = 0;
+    const auto& from = pixels.at(b);
+    const auto size = static_cast<std::size_t>(bytes());
+    if (static_cast<std::size_t>(index + 1) * size > from.size())
+        throw host::Error("the model left a bitmap");
+    std::memcpy(&value, from.data() + static_cast<std::size_t>(index) * size, size);
+    return value;
+}
+void Model::set_pixel(const MapRecord* b, Int index, Pixel value) {
+    const auto size = static_cast<std::size_t>(bytes());
+    std::memcpy(pixels.at(b).data() + static_cast<std::size_t>(index) * size, &value, size);
+}
+Surface Model::surface(const MapRecord* b) {
+    return {b->width, b->height, b->pixels != nullptr ? pixels.at(b).data() : nullptr};
+}
+
+std::int32_t Model::fail(std::int32_t code, const char* function, std::int32_t argument, Int value) {
+    errors.push_back({code, function, 0, argument, wrap(value)});
+    return kFailure;
+}
+bool Model::refuse_number(std::int32_t number, const char* function, std::int32_t code) {
+    if (number == -1 || in_range(number)) return false;
+    fail(code, function, 1, number);
+    return true;
+}
+void Model::fail(int nth, bool for_good) {
+    allocations = 0;
+    failing_ = nth;
+    failing_for_good_ = for_good;
+}
+bool Model::allocate(Int size) {
+    if (size > INT32_MAX) return false;
+    ++allocations;
+    return failing_ == 0 || allocations < failing_ || (allocations > failing_ && !failing_for_good_);
+}
+int Model::buffers() const {
+    int count = 0;
+    for (const Scroll& s : scrolls) count += s.active ? s.planes : 0;
+    return count;
+}
+
+// ---- Services
+
+Model::Answer Model::scroll_region(std::int32_t n, std::int32_t mask, Int x, Int y, Int w, Int h) const {
+    if (!process_in_scroll(n, mask)) return {};
+    const Scroll& s = at(scrolls, n);
+    const Int left = x + s.dest_x - s.plane[0].x;
+    const Int top = y + s.dest_y - s.plane[0].y;
+    return {wrap(left), wrap(left + w - 1), wrap(top), wrap(top + h - 1)};
+}
+Model::Answer Model::scroll_point(std::int32_t n, std::int32_t mask) const {
+    if (!process_in_scroll(n, mask)) return {};
+    const Scroll& s = at(scrolls, n);
+    return {wrap(s.dest_x - s.plane[0].x), wrap(s.dest_y - s.plane[0].y)};
+}
+Model::Answer Model::scroll_pos(std::int32_t n, std::int32_t mask) const {
+    if (!process_in_scroll(n, mask)) return {};
+    const Scroll& s = at(scrolls, n);
+    return {wrap(s.plane[0].x), wrap(s.plane[0].y), wrap(s.plane[1].x), wrap(s.plane[1].y)};
+}
+bool Model::process_in_scroll(std::int32_t n, std::int32_t mask) const {
+    return in_range(n) && at(scrolls, n).active && shown(mask, n);
+}
+bool Model::process_out_of_scroll(std::int32_t n, std::int32_t mask) {
+    return in_range(n) && !shown(mask, n);
+}
+
+}  // namespace model

@@ -1,0 +1,41 @@
+// Random games: the module and the model must agree after every step. A failure names its seed; the game of
+// one seed is played alone with SCROLL2D_SEED=seed; SCROLL2D_EFFORT=20 plays a fifth of the games.
+#define DOCTEST_CONFIG_IMPLEMENT_WITH_MAIN
+#include <doctest/doctest.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <random>
+#include <vector>
+
+#include "tests/effort.h"
+#include "tests/model/random_game.h"
+
+namespace {
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr int kGames = 150;
+#else
+constexpr int kGames = 1000;
+#endif
+
+std::vector<std::uint8_t> game_of(std::uint32_t seed) {
+    std::mt19937 random(seed);
+    std::vector<std::uint8_t> bytes(500 + random() % 3000);
+    for (std::uint8_t& byte : bytes) byte = static_cast<std::uint8_t>(random());
+    return bytes;
+}
+
+void play(std::uint32_t seed) {
+    CAPTURE(seed);
+    REQUIRE_NOTHROW(model::play_game(game_of(seed), model::module_path(SCROLL2D_MODULE)));
+}
+
+TEST_CASE("the module plays as the model does") {
+    if (const char* seed = std::getenv("SCROLL2D_SEED"))
+        return play(static_cast<std::uint32_t>(std::atol(seed)));
+    const int games = tests::rounds(kGames);
+    for (int seed = 1; seed <= games; ++seed) play(static_cast<std::uint32_t>(seed));
+}
+
+}  // namespace
