@@ -3,14 +3,17 @@
  *
  * Host and module are built separately and share these layouts at run time, so each record is a format:
  * little-endian 32-bit words, word i at byte 4*i, pointers 32 bits wide, every function a plain C function
- * with 32-bit arguments. A word without a name belongs to the host and is never read or written by the
- * module. The asserts under each record hold the layout.
+ * with 32-bit arguments. The words called reserved_N, from word N on, belong to the host, and so do the
+ * reserved_byte_N: the module neither reads nor writes them. The asserts under each record hold the layout.
  *
  * C99 and C++11 or later, 32-bit targets only. This header holds declarations and nothing else.
  *
  * Ownership: every record but ScrollSystemInterface is the host's. The module borrows, and never frees.
  * Threads: one, the host's.
+ *
+ * Laid out by hand: a line of a record is one of its words or a gap between them.
  */
+/* clang-format off */
 #ifndef RVK_MOD_SCROLL2D_HOST_RECORDS_H
 #define RVK_MOD_SCROLL2D_HOST_RECORDS_H
 
@@ -22,20 +25,6 @@ extern "C" {
 #include <stddef.h>
 #include <stdint.h>
 #endif
-
-/* Words without a name. The language has no unnamed arrays, so the longer gaps are built from shorter ones.
- */
-#define RVK_GAP_1 \
-    uint32_t:     \
-    32;
-#define RVK_GAP_2 RVK_GAP_1 RVK_GAP_1
-#define RVK_GAP_3 RVK_GAP_2 RVK_GAP_1
-#define RVK_GAP_4 RVK_GAP_2 RVK_GAP_2
-#define RVK_GAP_5 RVK_GAP_4 RVK_GAP_1
-#define RVK_GAP_6 RVK_GAP_4 RVK_GAP_2
-#define RVK_GAP_8 RVK_GAP_4 RVK_GAP_4
-#define RVK_GAP_16 RVK_GAP_8 RVK_GAP_8
-#define RVK_GAP_32 RVK_GAP_16 RVK_GAP_16
 
 /* Holds a field to its word, or to its byte where it is smaller than a word. Where the target is wrong, that
  * is the only thing to be said: the asserts would all fail.
@@ -64,6 +53,7 @@ typedef struct __RVKPoint2D__ {
     int32_t x;
     int32_t y;
 } __RVKPoint2D__;
+RVK_AT_WORD(__RVKPoint2D__, x, 0);
 RVK_AT_WORD(__RVKPoint2D__, y, 1);
 RVK_LAYOUT(sizeof(__RVKPoint2D__) == 8);
 
@@ -82,16 +72,16 @@ RVK_LAYOUT(sizeof(__RVKRegion__) == 16);
 
 /* A bitmap: a map, the screen, a destination. Rows are packed: `width` is the row length too. */
 typedef struct MapRecord {
-    RVK_GAP_1
-    int32_t width;  /* pixels */
-    int32_t height; /* rows */
-    RVK_GAP_4
-    void* pixels;       /* pixel (0,0); row after row at the depth of the video mode */
-    uint8_t alpha_flag; /* nonzero: byte 3 of each 32-bit pixel is its opacity */
-    uint8_t : 8;
-    uint16_t : 16;
-    int32_t cpoint_count; /* control points */
-    RVK_GAP_1
+    uint32_t reserved_0;
+    int32_t  width;                /* pixels */
+    int32_t  height;               /* rows */
+    uint32_t reserved_3[4];
+    void*    pixels;               /* pixel (0,0); row after row at the depth of the video mode */
+    uint8_t  alpha_flag;           /* nonzero: byte 3 of each 32-bit pixel is its opacity */
+    uint8_t  reserved_byte_33;     /* two gaps: compilers fear that an array of bytes aliases the pixels */
+    uint16_t reserved_byte_34;
+    int32_t  cpoint_count;         /* control points */
+    uint32_t reserved_10;
     const __RVKPoint2D__* cpoints; /* point 0 is the reference point: where a scroll starts */
 } MapRecord;
 RVK_AT_WORD(MapRecord, width, 1);
@@ -103,27 +93,28 @@ RVK_AT_WORD(MapRecord, cpoints, 11);
 
 /* A map's place in its file. */
 typedef struct MapEntry {
-    int32_t word0; /* nonzero: a process may be drawn with this map */
-    RVK_GAP_32 RVK_GAP_32 RVK_GAP_32 RVK_GAP_32 RVK_GAP_2 MapRecord* bitmap; /* null: the map has no pixels */
+    int32_t    word0;           /* nonzero: a process may be drawn with this map */
+    uint32_t   reserved_1[130];
+    MapRecord* bitmap;          /* null: the map has no pixels */
 } MapEntry;
 RVK_AT_WORD(MapEntry, word0, 0);
 RVK_AT_WORD(MapEntry, bitmap, 131);
 
 /* A file: a numbered package of maps. */
 typedef struct FileRecord {
-    RVK_GAP_1
-    int32_t word1; /* nonzero: processes may be drawn from this file */
-    int32_t word2; /* nonzero: the file holds something, a scroll may start from it */
+    uint32_t reserved_0;
+    int32_t  word1;      /* nonzero: processes may be drawn from this file */
+    int32_t  word2;      /* nonzero: the file holds something, a scroll may start from it */
 } FileRecord;
 RVK_AT_WORD(FileRecord, word1, 1);
 RVK_AT_WORD(FileRecord, word2, 2);
 
 /* The video mode. */
 typedef struct VideoInfo {
-    RVK_GAP_4
-    int32_t bits_per_pixel; /* 8, 16 or 32; any other value is treated as 8 */
-    RVK_GAP_3
-    uint8_t reset_flag; /* nonzero at an update: every scroll stops */
+    uint32_t reserved_0[4];
+    int32_t  bits_per_pixel; /* 8, 16 or 32; any other value is treated as 8 */
+    uint32_t reserved_5[3];
+    uint8_t  reset_flag;     /* nonzero at an update: every scroll stops */
 } VideoInfo;
 RVK_AT_WORD(VideoInfo, bits_per_pixel, 4);
 RVK_AT_BYTE(VideoInfo, reset_flag, 32);
@@ -132,34 +123,34 @@ RVK_AT_BYTE(VideoInfo, reset_flag, 32);
 
 /* A process's local data. The id of a process is the address of this block. */
 typedef struct ProcessLocals {
-    RVK_GAP_4
-    int32_t status; /* drawn when 2, or 4 and above */
-    RVK_GAP_4
-    int32_t scroll_mark; /* written 1 by the sprite pass once it has handled the process */
-    RVK_GAP_16
-    int32_t scroll_mask;        /* bit i: shown in scroll i; 0: in every scroll */
-    int32_t file;               /* file of the graphic */
-    int32_t graph;              /* map code of the graphic; written from the graph table */
-    const int32_t* graph_table; /* [0] count 1-256, then that many codes, negative = mirrored; null: none */
-    int32_t x;                  /* world position, 1/resolution pixel when resolution > 0 */
-    int32_t y;
-    int32_t z;          /* depth */
-    int32_t word33;     /* drawn only when greater than 0 */
-    int32_t region;     /* clip region, world coordinates */
-    int32_t resolution; /* divisor of x and y when greater than 0 */
-    RVK_GAP_2
-    int32_t word38; /* copied */
-    int32_t angle;  /* thousandths of a degree; written back into 0-359999 with a graph table */
-    int32_t size;   /* per cent, 100 = unscaled */
-    int32_t size_x; /* per cent */
-    int32_t size_y; /* per cent */
-    int32_t word43; /* copied; nonzero selects the general sprite routines */
-    int32_t word44; /* copied; nonzero selects the general sprite routines */
-    int32_t flags;  /* bit 0 mirrored; written from the graph table */
-    int32_t word46; /* copied */
-    int32_t word47; /* copied */
-    int32_t word48; /* copied */
-    int32_t word49; /* copied */
+    uint32_t       reserved_0[4];
+    int32_t        status;          /* drawn when 2, or 4 and above */
+    uint32_t       reserved_5[4];
+    int32_t        scroll_mark;     /* written 1 by the sprite pass once it has handled the process */
+    uint32_t       reserved_10[16];
+    int32_t        scroll_mask;     /* bit i: shown in scroll i; 0: in every scroll */
+    int32_t        file;            /* file of the graphic */
+    int32_t        graph;           /* map code of the graphic; written from the graph table */
+    const int32_t* graph_table;     /* [0] count 1-256, then the codes, negative = mirrored; null: none */
+    int32_t        x;               /* world position, 1/resolution pixel when resolution > 0 */
+    int32_t        y;
+    int32_t        z;               /* depth */
+    int32_t        word33;          /* drawn only when greater than 0 */
+    int32_t        region;          /* clip region, world coordinates */
+    int32_t        resolution;      /* divisor of x and y when greater than 0 */
+    uint32_t       reserved_36[2];
+    int32_t        word38;          /* copied */
+    int32_t        angle;           /* thousandths of a degree; brought into 0-359999 with a graph table */
+    int32_t        size;            /* per cent, 100 = unscaled */
+    int32_t        size_x;          /* per cent */
+    int32_t        size_y;          /* per cent */
+    int32_t        word43;          /* copied; nonzero selects the general sprite routines */
+    int32_t        word44;          /* copied; nonzero selects the general sprite routines */
+    int32_t        flags;           /* bit 0 mirrored; written from the graph table */
+    int32_t        word46;          /* copied */
+    int32_t        word47;          /* copied */
+    int32_t        word48;          /* copied */
+    int32_t        word49;          /* copied */
 } ProcessLocals;
 RVK_AT_WORD(ProcessLocals, status, 4);
 RVK_AT_WORD(ProcessLocals, scroll_mark, 9);
@@ -188,18 +179,19 @@ RVK_AT_WORD(ProcessLocals, word49, 49);
 
 /* A process in one of the host's lists. */
 typedef struct ProcessNode {
-    RVK_GAP_2
-    ProcessLocals* data;
-    RVK_GAP_8 RVK_GAP_4 struct ProcessNode* next; /* next node of the same list, or null */
+    uint32_t            reserved_0[2];
+    ProcessLocals*      data;
+    uint32_t            reserved_3[12];
+    struct ProcessNode* next;           /* next node of the same list, or null */
 } ProcessNode;
 RVK_AT_WORD(ProcessNode, data, 2);
 RVK_AT_WORD(ProcessNode, next, 15);
 
 typedef struct ProcessServices {
-    RVK_GAP_1
+    uint32_t reserved_0;
     /* Head of the list of processes of a coordinate type, or null. The module asks for type 1, c_scroll. */
     ProcessNode* (*FirstProcessOfType)(int32_t coordinate_type);
-    RVK_GAP_5
+    uint32_t reserved_2[5];
     /* Nonzero when a live process has this id. [before a camera is read] */
     int32_t (*ProcessExists)(int32_t process_id);
 } ProcessServices;
@@ -215,44 +207,44 @@ typedef int32_t (*BlitRoutine)(struct __RVKBlit2D__* blit);
 
 /* One entry of a blit list. S: written for a scroll entry, P: for a process entry, L: for a layer entry. */
 typedef struct __RVKBlit2D__ {
-    int32_t id;           /* S   the scroll, 0-9; read back when the entry is drawn */
-    ProcessLocals* owner; /* S   null; P the process */
-    int32_t drawn;        /* S   set to 1 once the scroll has been drawn */
-    int32_t x;            /* S   bounding box on the destination, inclusive edges, pixels */
-    int32_t x2;
-    int32_t y;
-    int32_t y2;
-    RVK_GAP_4
-    const int32_t* graph_table; /* P   the process's graph table, or null */
-    int32_t pos_x;              /* P   position on the destination, pixels */
-    int32_t pos_y;
-    int32_t z; /* SPL depth key */
-    RVK_GAP_1
-    int32_t region;     /* P   the process's region number */
-    int32_t resolution; /* P */
-    RVK_GAP_2
-    int32_t word20; /* P   the process's word 38 */
-    int32_t angle;  /* P   thousandths of a degree, between -359999 and 359999 */
-    int32_t size;   /* P   per cent */
-    int32_t size_x; /* P   per cent */
-    int32_t size_y; /* P   per cent */
-    int32_t word25; /* P   the process's word 43 */
-    int32_t word26; /* P   the process's word 44 */
-    int32_t flags;  /* P */
-    int32_t word28; /* P   the process's word 46 */
-    int32_t word29; /* P   the process's word 47 */
-    int32_t word30; /* P   the process's word 48 */
-    int32_t word31; /* P   the process's word 49 */
-    RVK_GAP_4
-    int32_t has_clip; /* S   0; P 1: words 37-40 hold a clip rectangle */
-    int32_t clip_x;   /* P   destination pixels, inclusive edges */
-    int32_t clip_x2;
-    int32_t clip_y;
-    int32_t clip_y2;
-    RVK_GAP_1
-    MapRecord* bitmap; /* P   the graphic */
-    MapRecord* target; /* P   the bitmap to draw into */
-    BlitRoutine draw;  /* SPL the routine that draws this entry */
+    int32_t        id;             /* S   the scroll, 0-9; read back when the entry is drawn */
+    ProcessLocals* owner;          /* S   null; P the process */
+    int32_t        drawn;          /* S   set to 1 once the scroll has been drawn */
+    int32_t        x;              /* S   bounding box on the destination, inclusive edges, pixels */
+    int32_t        x2;             /* S */
+    int32_t        y;              /* S */
+    int32_t        y2;             /* S */
+    uint32_t       reserved_7[4];
+    const int32_t* graph_table;    /* P   the process's graph table, or null */
+    int32_t        pos_x;          /* P   position on the destination, pixels */
+    int32_t        pos_y;          /* P */
+    int32_t        z;              /* SPL depth key */
+    uint32_t       reserved_15;
+    int32_t        region;         /* P   the process's region number */
+    int32_t        resolution;     /* P   the process's resolution */
+    uint32_t       reserved_18[2];
+    int32_t        word20;         /* P   the process's word 38 */
+    int32_t        angle;          /* P   thousandths of a degree, between -359999 and 359999 */
+    int32_t        size;           /* P   per cent */
+    int32_t        size_x;         /* P   per cent */
+    int32_t        size_y;         /* P   per cent */
+    int32_t        word25;         /* P   the process's word 43 */
+    int32_t        word26;         /* P   the process's word 44 */
+    int32_t        flags;          /* P   bit 0 mirrored */
+    int32_t        word28;         /* P   the process's word 46 */
+    int32_t        word29;         /* P   the process's word 47 */
+    int32_t        word30;         /* P   the process's word 48 */
+    int32_t        word31;         /* P   the process's word 49 */
+    uint32_t       reserved_32[4];
+    int32_t        has_clip;       /* S   0; P 1: the next four words hold a clip rectangle */
+    int32_t        clip_x;         /* P   destination pixels, inclusive edges */
+    int32_t        clip_x2;        /* P */
+    int32_t        clip_y;         /* P */
+    int32_t        clip_y2;        /* P */
+    uint32_t       reserved_41;
+    MapRecord*     bitmap;         /* P   the graphic */
+    MapRecord*     target;         /* P   the bitmap to draw into */
+    BlitRoutine    draw;           /* SPL the routine that draws this entry */
 } __RVKBlit2D__;
 RVK_AT_WORD(__RVKBlit2D__, id, 0);
 RVK_AT_WORD(__RVKBlit2D__, owner, 1);
@@ -289,8 +281,8 @@ RVK_AT_WORD(__RVKBlit2D__, target, 43);
 RVK_AT_WORD(__RVKBlit2D__, draw, 44);
 
 typedef struct BlitList {
-    RVK_GAP_6
-    __RVKBlit2D__** zorder; /* the list's entries in drawing order, once sorted */
+    uint32_t        reserved_0[6];
+    __RVKBlit2D__** zorder;        /* the list's entries in drawing order, once sorted */
 } BlitList;
 RVK_AT_WORD(BlitList, zorder, 6);
 
@@ -331,37 +323,38 @@ RVK_LAYOUT(sizeof(ScrollSystemInterface) == 32);
 
 /* The host's 2-D graphics module. Its data words are never null while this module is loaded. */
 typedef struct Graphics2DInterface {
-    VideoInfo* Video;
-    RVK_GAP_1
-    MapRecord* ScreenMap; /* read again at an update */
-    RVK_GAP_1
-    __RVKRegion__* Regions; /* one entry for every number below RegionCount() */
-    RVK_GAP_8 RVK_GAP_6
-        /* Sprite routines: stored as the draw routine of process entries. */
-        BlitRoutine BlitSprite;           /* unrotated, 100 %, words 43 and 44 both 0 */
-    BlitRoutine BlitSpriteScaled;         /* unrotated, scaled */
-    BlitRoutine BlitSpriteRotated;        /* rotated, 100 % */
-    BlitRoutine BlitSpriteRotatedScaled;  /* rotated and scaled */
-    BlitRoutine BlitSpriteGeneral;        /* unrotated, word 43 or 44 nonzero */
-    BlitRoutine BlitSpriteRotatedGeneral; /* rotated, word 43 or 44 nonzero */
-    RVK_GAP_4
-    void* (*CreateBlitList)(const char* name, int32_t size, int32_t growth); /* both 256; once, at init */
-    int32_t (*SelectBlitList)(void* list); /* null: the main list. Nonzero on success */
-    __RVKBlit2D__* (*NewBlit)(void);       /* appended to the current list */
-    RVK_GAP_1
-    int32_t (*SortBlitList)(void);  /* the current list, into drawing order */
-    int32_t (*ClearBlitList)(void); /* empties the current list */
-    BlitList* (*GetBlitList)(void); /* the current list */
-    int32_t (*BlitListCount)(void); /* entries in the current list */
-    RVK_GAP_3
-    FileRecord* (*GetFile)(int32_t file); /* null: none */
-    int32_t (*FileCount)(void);           /* file numbers are below it */
-    int32_t (*SystemGraphCount)(void);    /* graph numbers of file 0 are below it; elsewhere 1000 */
-    int32_t (*RegionCount)(void);         /* region numbers are below it */
-    MapEntry* (*GetMap)(int32_t file, int32_t graph); /* null: none */
-    int32_t (*RegionDefined)(int32_t region);         /* nonzero: the region has been defined */
-    RVK_GAP_32 RVK_GAP_6
-        RVK_GAP_1 const ScrollSystemInterface* ScrollSystem; /* written by this module at init */
+    VideoInfo*     Video;
+    uint32_t       reserved_1;
+    MapRecord*     ScreenMap;                /* read again at an update */
+    uint32_t       reserved_3;
+    __RVKRegion__* Regions;                  /* one entry for every number below RegionCount() */
+    uint32_t       reserved_5[14];
+    /* Sprite routines: stored as the draw routine of process entries. */
+    BlitRoutine    BlitSprite;               /* unrotated, 100 %, words 43 and 44 both 0 */
+    BlitRoutine    BlitSpriteScaled;         /* unrotated, scaled */
+    BlitRoutine    BlitSpriteRotated;        /* rotated, 100 % */
+    BlitRoutine    BlitSpriteRotatedScaled;  /* rotated and scaled */
+    BlitRoutine    BlitSpriteGeneral;        /* unrotated, word 43 or 44 nonzero */
+    BlitRoutine    BlitSpriteRotatedGeneral; /* rotated, word 43 or 44 nonzero */
+    uint32_t       reserved_25[4];
+    /* Called at each init, with 256 twice. */
+    void*          (*CreateBlitList)(const char* name, int32_t size, int32_t growth);
+    int32_t        (*SelectBlitList)(void* list);          /* null: the main list. Nonzero on success */
+    __RVKBlit2D__* (*NewBlit)(void);                       /* appended to the current list */
+    uint32_t       reserved_32;
+    int32_t        (*SortBlitList)(void);                  /* the current list, into drawing order */
+    int32_t        (*ClearBlitList)(void);                 /* empties the current list */
+    BlitList*      (*GetBlitList)(void);                   /* the current list */
+    int32_t        (*BlitListCount)(void);                 /* entries in the current list */
+    uint32_t       reserved_37[3];
+    FileRecord*    (*GetFile)(int32_t file);               /* null: none */
+    int32_t        (*FileCount)(void);                     /* file numbers are below it */
+    int32_t        (*SystemGraphCount)(void);              /* limit of graph numbers in file 0; else 1000 */
+    int32_t        (*RegionCount)(void);                   /* region numbers are below it */
+    MapEntry*      (*GetMap)(int32_t file, int32_t graph); /* null: none */
+    int32_t        (*RegionDefined)(int32_t region);       /* nonzero: the region has been defined */
+    uint32_t       reserved_46[39];
+    const ScrollSystemInterface* ScrollSystem;             /* written by this module at init */
 } Graphics2DInterface;
 RVK_AT_WORD(Graphics2DInterface, Video, 0);
 RVK_AT_WORD(Graphics2DInterface, ScreenMap, 2);
@@ -388,28 +381,32 @@ RVK_AT_WORD(Graphics2DInterface, RegionDefined, 45);
 RVK_AT_WORD(Graphics2DInterface, ScrollSystem, 85);
 
 typedef struct FrameState {
-    RVK_GAP_6 RVK_GAP_1 const uint8_t* suspend_flag; /* while that byte is nonzero, no scroll is scheduled */
+    uint32_t       reserved_0[7];
+    const uint8_t* suspend_flag;  /* while that byte is nonzero, no scroll is scheduled */
 } FrameState;
 RVK_AT_WORD(FrameState, suspend_flag, 7);
 
 typedef struct HostRuntime {
-    uint8_t* GlobalData; /* the script's globals; read afresh at every use, since it may move */
-    RVK_GAP_2
-    ProcessServices* Processes;
-    RVK_GAP_5
-    int32_t (*ParamCount)(void); /* arguments of the script call being served */
-    RVK_GAP_4
-    int32_t (*PopInt)(void);                                  /* the next argument, the last one first */
-    RVK_GAP_32 RVK_GAP_5 int32_t (*ReturnInt)(int32_t value); /* sets the result of the script call */
-    RVK_GAP_16
+    uint8_t*             GlobalData;                  /* the script's globals; may move, read at every use */
+    uint32_t             reserved_1[2];
+    ProcessServices*     Processes;
+    uint32_t             reserved_4[5];
+    int32_t              (*ParamCount)(void);         /* arguments of the script call being served */
+    uint32_t             reserved_10[4];
+    int32_t              (*PopInt)(void);             /* the next argument, the last one first */
+    uint32_t             reserved_15[37];
+    int32_t              (*ReturnInt)(int32_t value); /* sets the result of the script call */
+    uint32_t             reserved_53[16];
     /* Reports a script error and returns. argument is 1-based, 0 means none in particular. */
-    int32_t (*RaiseError)(int32_t code, const char* function, int32_t zero, int32_t argument, int32_t value);
-    RVK_GAP_2
-    int32_t (*GlobalOffset)(int32_t zero, const char* name); /* byte offset in the globals; once, at init */
-    RVK_GAP_5
+    int32_t              (*RaiseError)(int32_t code, const char* function, int32_t zero, int32_t argument,
+                                       int32_t value);
+    uint32_t             reserved_70[2];
+    /* The byte offset of a global; asked at each init, for "scroll.camera". */
+    int32_t              (*GlobalOffset)(int32_t zero, const char* name);
+    uint32_t             reserved_73[5];
     /* Ends a process (the second argument is 2); the node at which a walk of its list goes on, or null. */
-    ProcessNode* (*DeleteProcess)(ProcessLocals* process, int32_t two);
-    struct FrameState* FrameState;
+    ProcessNode*         (*DeleteProcess)(ProcessLocals* process, int32_t two);
+    struct FrameState*   FrameState;
     Graphics2DInterface* Graphics;
 } HostRuntime;
 RVK_AT_WORD(HostRuntime, GlobalData, 0);
@@ -428,35 +425,42 @@ RVK_AT_WORD(HostRuntime, Graphics, 80);
 /* Each table is copied by the host during the call and ends with a row of zeros. */
 typedef struct ConstantRow {
     const char* name;
-    int32_t value;
+    int32_t     value;
 } ConstantRow;
+RVK_AT_WORD(ConstantRow, name, 0);
+RVK_AT_WORD(ConstantRow, value, 1);
 RVK_LAYOUT(sizeof(ConstantRow) == 8);
 
 typedef struct FunctionRow {
-    const char* signature;   /* "scroll_move(I)": the name and a type per argument */
-    const char* return_type; /* "I" */
-    int32_t zero;
-    int32_t (*handler)(void);
+    const char* signature;       /* "scroll_move(I)": the name and a type per argument */
+    const char* return_type;     /* "I" */
+    int32_t     zero;
+    int32_t     (*handler)(void);
 } FunctionRow;
+RVK_AT_WORD(FunctionRow, signature, 0);
+RVK_AT_WORD(FunctionRow, return_type, 1);
+RVK_AT_WORD(FunctionRow, zero, 2);
 RVK_AT_WORD(FunctionRow, handler, 3);
 RVK_LAYOUT(sizeof(FunctionRow) == 16);
 
 /* id: 1 init, 2 frame, 3 update (after a change of video mode), 4 release. */
 typedef struct HookRow {
     int32_t id;
-    void (*function)(void);
+    void    (*function)(void);
 } HookRow;
+RVK_AT_WORD(HookRow, id, 0);
+RVK_AT_WORD(HookRow, function, 1);
 RVK_LAYOUT(sizeof(HookRow) == 8);
 
 /* Passed to the module's registration. The five slots are called once each, in this order. */
 typedef struct ExportRegistrar {
-    void (*RegisterConstants)(const ConstantRow* table);
-    RVK_GAP_3
-    void (*RegisterGlobals)(const char* declarations);
-    RVK_GAP_1
-    void (*RegisterFunctions)(const FunctionRow* table);
-    void (*RegisterHooks)(const HookRow* table);
-    RVK_GAP_1
+    void         (*RegisterConstants)(const ConstantRow* table);
+    uint32_t     reserved_1[3];
+    void         (*RegisterGlobals)(const char* declarations);
+    uint32_t     reserved_5;
+    void         (*RegisterFunctions)(const FunctionRow* table);
+    void         (*RegisterHooks)(const HookRow* table);
+    uint32_t     reserved_8;
     HostRuntime* (*GetRuntime)(void); /* valid until the module is unloaded */
 } ExportRegistrar;
 RVK_AT_WORD(ExportRegistrar, RegisterConstants, 0);
