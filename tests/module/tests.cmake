@@ -21,10 +21,3 @@ scroll2d_module_test(binary_test module/binary_test.cpp)
 target_compile_definitions(binary_test PRIVATE
     SCROLL2D_EXPORTS="${CMAKE_SOURCE_DIR}/module/entry/exports.map"
     SCROLL2D_SHIPS=$<AND:$<CONFIG:Release>,$<NOT:$<BOOL:${SCROLL2D_SANITIZE}>>>)
-
-# ---- The records as the finished file has them, read from its debug information
-find_package(Python3 COMPONENTS Interpreter)
-if(Python3_FOUND AND CMAKE_BUILD_TYPE STREQUAL "Debug")
-    add_test(NAME layout_test
-        COMMAND ${Python3_EXECUTABLE} ${CMAKE_CURRENT_SOURCE_DIR}/module/layout_test.py $<TARGET_FILE:RVK_mod_scroll2D>)
-endif()
