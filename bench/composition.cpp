@@ -5,6 +5,8 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "module/contract/numbers.h"
+
 namespace bench {
 namespace {
 
@@ -87,8 +89,8 @@ Value load(std::span<const std::byte> from, std::size_t index, std::int32_t bits
 
 // The pixel of an endlessly repeated map.
 Value map_pixel(const host::Map& map, std::int32_t x, std::int32_t y) {
-    const std::int32_t column = (x % map.width() + map.width()) % map.width();
-    const std::int32_t row = (y % map.height() + map.height()) % map.height();
+    const std::int32_t column = scroll2d::floor_mod(x, map.width());
+    const std::int32_t row = scroll2d::floor_mod(y, map.height());
     return load(map.bytes(), static_cast<std::size_t>(row * map.width() + column), map.bits_per_pixel());
 }
 

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "bench/stage.h"
+#include "module/contract/numbers.h"
 
 namespace bench {
 
@@ -51,13 +52,10 @@ struct Layer {
 // part that lies within one copy of the map.
 template <class Blit>
 void cover(Size view, Size map, Position at, Blit blit) {
-    const auto start = [](std::int32_t position, std::int32_t extent) {
-        return (position % extent + extent) % extent;
-    };
-    std::int32_t map_y = start(at.y, map.height);
+    std::int32_t map_y = scroll2d::floor_mod(at.y, map.height);
     for (std::int32_t y = 0; y < view.height;) {
         const std::int32_t height = std::min(view.height - y, map.height - map_y);
-        std::int32_t map_x = start(at.x, map.width);
+        std::int32_t map_x = scroll2d::floor_mod(at.x, map.width);
         for (std::int32_t x = 0; x < view.width;) {
             const std::int32_t width = std::min(view.width - x, map.width - map_x);
             blit(map_x, map_y, width, height, x, y);

@@ -68,7 +68,7 @@ void Stage::call(std::string_view function, std::initializer_list<std::int32_t> 
 void Stage::add_process(std::int32_t x, std::int32_t y) {
     if (engine_.files().find_map(file, sprite_graph) == nullptr)
         engine_.files().create_map(file, sprite_graph, paint_sky({8, 8}), engine_.palette(), false);
-    ProcessLocals& process = engine_.processes().create(host::kScrollCoordinates);
+    ProcessLocals& process = engine_.processes().create(host::scroll_coordinates);
     process.file = file;
     process.graph = sprite_graph;
     process.x = x;

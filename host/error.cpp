@@ -8,7 +8,7 @@ namespace host {
 
 namespace {
 
-constexpr std::array<std::pair<std::int32_t, const char*>, 9> kTexts{{
+constexpr std::array<std::pair<std::int32_t, const char*>, 9> error_texts{{
     {100, "out of memory for the buffer of a plane"},
     {107, "scroll number out of range"},
     {108, "region number out of range, or the region is not defined"},
@@ -24,8 +24,8 @@ constexpr std::array<std::pair<std::int32_t, const char*>, 9> kTexts{{
 
 const char* error_text(std::int32_t code) {
     const auto* row =
-        std::find_if(kTexts.begin(), kTexts.end(), [&](const auto& r) { return r.first == code; });
-    return row == kTexts.end() ? "unknown error" : row->second;
+        std::find_if(error_texts.begin(), error_texts.end(), [&](const auto& r) { return r.first == code; });
+    return row == error_texts.end() ? "unknown error" : row->second;
 }
 
 std::string ScriptError::text() const {

@@ -15,7 +15,7 @@ class Error : public std::runtime_error {
 };
 
 // The result of a script function that failed.
-inline constexpr std::int32_t kFailure = INT32_MIN;
+inline constexpr std::int32_t failure = INT32_MIN;
 
 // A script error as the module raised it. The module goes on; nothing is thrown.
 struct ScriptError {

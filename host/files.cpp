@@ -43,7 +43,7 @@ Files::File& Files::file_at(std::int32_t file) {
 }
 
 void Files::check_graph(std::int32_t file, std::int32_t graph) const {
-    const std::int32_t limit = file == 0 ? system_graph_count_ : kGraphLimit;
+    const std::int32_t limit = file == 0 ? system_graph_count_ : graph_limit;
     if (graph < 0 || graph >= limit)
         throw Error("map " + std::to_string(graph) + " of file " + std::to_string(file) +
                     " is not one of 0 to " + std::to_string(limit - 1));

@@ -14,7 +14,7 @@
 namespace host {
 
 // Graph numbers of every file but file 0 are below it.
-inline constexpr std::int32_t kGraphLimit = 1000;
+inline constexpr std::int32_t graph_limit = 1000;
 
 // File 0 is the system file: always there, with a graph limit of its own. Other files come and go.
 class Files {

@@ -8,7 +8,7 @@ namespace host {
 
 namespace {
 
-constexpr std::int32_t kFullTurn = 360000;  // thousandths of a degree
+constexpr std::int32_t full_turn = 360000;  // thousandths of a degree
 
 // Takes the graphic for the direction that the process faces: direction i of n lies around i / n of a full
 // turn. A negative code is a mirrored graphic. False for a table without a sensible count.
@@ -16,9 +16,9 @@ bool apply_graph_table(ProcessLocals& p) {
     if (p.graph_table == nullptr) return true;
     const std::int32_t count = p.graph_table[0];
     if (count < 1 || count > 256) return false;
-    p.angle %= kFullTurn;
-    if (p.angle < 0) p.angle += kFullTurn;
-    const std::int32_t direction = (p.angle + kFullTurn / (2 * count)) * count / kFullTurn % count;
+    p.angle %= full_turn;
+    if (p.angle < 0) p.angle += full_turn;
+    const std::int32_t direction = (p.angle + full_turn / (2 * count)) * count / full_turn % count;
     const std::int32_t code = p.graph_table[1 + direction];
     p.flags = code < 0 ? p.flags | 1 : p.flags & ~1;
     p.graph = code < 0 ? static_cast<std::int32_t>(0U - static_cast<std::uint32_t>(code)) : code;
@@ -26,7 +26,7 @@ bool apply_graph_table(ProcessLocals& p) {
 }
 
 SpriteNeeds needs_of(const ProcessLocals& p) {
-    return {.rotated = p.angle % kFullTurn != 0 && p.graph_table == nullptr,
+    return {.rotated = p.angle % full_turn != 0 && p.graph_table == nullptr,
             .scaled = p.size != 100 || p.size_x != 100 || p.size_y != 100,
             .general = p.word43 != 0 || p.word44 != 0};
 }
@@ -69,7 +69,7 @@ void Engine::prepare_screen() {
 
 void Engine::add_screen_processes() {
     blit_lists_.select(nullptr);
-    for (const ProcessNode* node = processes_.first(kScreenCoordinates); node != nullptr; node = node->next) {
+    for (const ProcessNode* node = processes_.first(screen_coordinates); node != nullptr; node = node->next) {
         ProcessLocals& p = *node->data;
         if (!is_shown(p) || !apply_graph_table(p)) continue;
         const FileRecord* file = files_.find_file(p.file);
@@ -90,7 +90,7 @@ void Engine::fill_screen_entry(ProcessLocals& p, Map& graphic) {
     entry.z = p.z;
     entry.region = p.region;
     entry.resolution = p.resolution;
-    entry.angle = p.angle % kFullTurn;
+    entry.angle = p.angle % full_turn;
     entry.size = p.size;
     entry.size_x = p.size_x;
     entry.size_y = p.size_y;

@@ -15,7 +15,7 @@ namespace host {
 
 namespace {
 
-constexpr std::byte kSlack{0xD1};
+constexpr std::byte slack_byte{0xD1};
 
 std::size_t page_size() {
     static const auto size = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
@@ -50,8 +50,8 @@ Memory::Memory(std::size_t bytes, Fence fence) : size_(bytes) {
         throw_no_memory(bytes);
     }
     data_ = fence == Fence::after ? first + (inner - bytes) : first;
-    std::fill(first, data_, kSlack);
-    std::fill(data_ + bytes, first + inner, kSlack);
+    std::fill(first, data_, slack_byte);
+    std::fill(data_ + bytes, first + inner, slack_byte);
 }
 
 Memory::Memory(Memory&& other) noexcept {
@@ -75,7 +75,7 @@ bool Memory::slack_untouched() const {
     if (mapping_ == nullptr) return true;
     const std::byte* first = mapping_ + page_size();
     const std::byte* last = mapping_ + mapping_size_ - page_size();
-    const auto intact = [](std::byte b) { return b == kSlack; };
+    const auto intact = [](std::byte b) { return b == slack_byte; };
     return std::all_of(first, static_cast<const std::byte*>(data_), intact) &&
            std::all_of(static_cast<const std::byte*>(data_ + size_), last, intact);
 }

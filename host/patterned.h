@@ -43,24 +43,24 @@ class Patterned {
 
     // Puts the pattern into every word, the named ones included.
     void fill() {
-        std::array<std::uint32_t, kWords> words;
-        for (std::size_t i = 0; i < kWords; ++i) words[i] = pattern_word(i);
+        std::array<std::uint32_t, word_count> words;
+        for (std::size_t i = 0; i < word_count; ++i) words[i] = pattern_word(i);
         std::memcpy(static_cast<void*>(&storage_), words.data(), sizeof storage_);
     }
 
     // `which` tells this record from others of its kind in the lines appended to `violations`.
     void check(const std::string& which, std::vector<std::string>& violations) const {
-        std::array<std::uint32_t, kWords> words;
+        std::array<std::uint32_t, word_count> words;
         std::memcpy(words.data(), static_cast<const void*>(&storage_), sizeof storage_);
-        check_pattern(named_bits<Record>(), words.data(), kWords, which, violations);
+        check_pattern(named_bits<Record>(), words.data(), word_count, which, violations);
     }
 
   private:
-    static constexpr std::size_t kTail = 8;
-    static constexpr std::size_t kWords = sizeof(Record) / 4 + kTail;
+    static constexpr std::size_t tail_words = 8;
+    static constexpr std::size_t word_count = sizeof(Record) / 4 + tail_words;
     struct {
         Record record;
-        std::uint32_t tail[kTail];
+        std::uint32_t tail[tail_words];
     } storage_;
 };
 

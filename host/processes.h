@@ -13,8 +13,8 @@
 
 namespace host {
 
-inline constexpr std::int32_t kScreenCoordinates = 0;  // drawn by the host itself
-inline constexpr std::int32_t kScrollCoordinates = 1;  // c_scroll: drawn by the scrolls
+inline constexpr std::int32_t screen_coordinates = 0;  // drawn by the host itself
+inline constexpr std::int32_t scroll_coordinates = 1;  // c_scroll: drawn by the scrolls
 
 // Whether a process is to be drawn, as far as its own words say: status 2, or 4 and above, and word 33
 // greater than 0.

@@ -10,13 +10,13 @@ namespace host {
 
 namespace {
 
-const std::string kPrefix = "RVK_mod_scroll2D_MainLibrary";
-constexpr std::string_view kProvided = "RVK_mod_graphics2D";
+const std::string symbol_prefix = "RVK_mod_scroll2D_MainLibrary";
+constexpr std::string_view provided_module = "RVK_mod_graphics2D";
 
 using ExportsFunction = std::int32_t (*)(ExportRegistrar*);
 
 // The word of each slot in the registrar's record.
-enum Slot : int { kConstants = 0, kGlobals = 4, kFunctions = 6, kHooks = 7, kRuntime = 9 };
+enum class Slot : int { constants = 0, globals = 4, functions = 6, hooks = 7, runtime = 9 };
 
 }  // namespace
 
@@ -26,9 +26,10 @@ struct Engine::RegistrarSlots {
     static Engine& enter(Slot slot) noexcept {
         Engine& engine = *live_;
         if (!engine.registering_) engine.add_fault("a registrar slot was called outside registration");
-        if (slot < engine.registrar_calls_)
-            engine.add_fault("registrar word " + std::to_string(slot) + " was called twice or out of order");
-        engine.registrar_calls_ = slot + 1;
+        const int word = static_cast<int>(slot);
+        if (word < engine.registrar_calls_)
+            engine.add_fault("registrar word " + std::to_string(word) + " was called twice or out of order");
+        engine.registrar_calls_ = word + 1;
         return engine;
     }
 
@@ -42,12 +43,12 @@ struct Engine::RegistrarSlots {
     }
 
     static void constants(const ConstantRow* table) noexcept {
-        Engine& engine = enter(kConstants);
+        Engine& engine = enter(Slot::constants);
         for (; table->name != nullptr; ++table) engine.constants_.push_back({table->name, table->value});
     }
 
     static void globals(const char* declarations) noexcept {
-        Engine& engine = enter(kGlobals);
+        Engine& engine = enter(Slot::globals);
         attempt(engine, [&] {
             engine.globals_.declare(declarations);
             engine.runtime().GlobalData = engine.globals_.data();
@@ -55,13 +56,13 @@ struct Engine::RegistrarSlots {
     }
 
     static void functions(const FunctionRow* table) noexcept {
-        Engine& engine = enter(kFunctions);
+        Engine& engine = enter(Slot::functions);
         for (; table->signature != nullptr; ++table)
             attempt(engine, [&] { engine.functions_.push_back(parse_function(*table)); });
     }
 
     static void hooks(const HookRow* table) noexcept {
-        Engine& engine = enter(kHooks);
+        Engine& engine = enter(Slot::hooks);
         for (; table->function != nullptr; ++table) {
             attempt(engine, [&] {
                 if (table->id < 1 || table->id >= static_cast<std::int32_t>(engine.hooks_.size()))
@@ -71,7 +72,7 @@ struct Engine::RegistrarSlots {
         }
     }
 
-    static HostRuntime* runtime() noexcept { return &enter(kRuntime).runtime_.get(); }
+    static HostRuntime* runtime() noexcept { return &enter(Slot::runtime).runtime_.get(); }
 };
 
 void Engine::publish_registrar() {
@@ -102,15 +103,15 @@ void Engine::load(const std::filesystem::path& path) {
 }
 
 void Engine::check_dependencies() const {
-    const auto* names = static_cast<const char* const*>(library_->get(kPrefix + "Dependencies"));
+    const auto* names = static_cast<const char* const*>(library_->get(symbol_prefix + "Dependencies"));
     for (; *names != nullptr; ++names)
-        if (*names != kProvided)
+        if (*names != provided_module)
             throw Error("the module needs " + std::string(*names) + "; this host provides " +
-                        std::string(kProvided));
+                        std::string(provided_module));
 }
 
 void Engine::register_module() {
-    const auto exports = reinterpret_cast<ExportsFunction>(library_->get(kPrefix + "Exports"));
+    const auto exports = reinterpret_cast<ExportsFunction>(library_->get(symbol_prefix + "Exports"));
     registration_errors_.clear();
     registrar_calls_ = 0;
     registering_ = true;

@@ -27,7 +27,7 @@ struct ScriptFunction {
 struct CallResult {
     std::int32_t value = 0;           // what the handler gave to ReturnInt
     std::vector<ScriptError> errors;  // raised during this call, in order
-    [[nodiscard]] bool failed() const { return value == kFailure; }
+    [[nodiscard]] bool failed() const { return value == failure; }
 };
 
 // Reads "name(I,I,I)". Errors: Error for anything else.

@@ -15,9 +15,9 @@ namespace {
 
 // Words of pattern before the first struct and after each: an offset of 0 taken for granted, and a write past
 // the last element, both show.
-constexpr std::size_t kLead = 64;  // bytes
-constexpr std::size_t kGap = 32;
-constexpr std::int64_t kLargestStruct = 1 << 24;
+constexpr std::size_t lead = 64;  // bytes
+constexpr std::size_t gap = 32;
+constexpr std::int64_t largest_struct = 1 << 24;
 
 std::string quoted(std::string_view text) {
     std::string result(1, '\'');
@@ -104,8 +104,8 @@ GlobalStruct read_struct(Reader& reader) {
         result.fields.push_back(std::move(field));
     }
     if (result.fields.empty()) reader.fail("a field before 'end'");
-    if (static_cast<std::int64_t>(result.element_size()) * result.count > kLargestStruct)
-        reader.fail("a struct of at most " + std::to_string(kLargestStruct) + " bytes before this");
+    if (static_cast<std::int64_t>(result.element_size()) * result.count > largest_struct)
+        reader.fail("a struct of at most " + std::to_string(largest_struct) + " bytes before this");
     return result;
 }
 
@@ -132,7 +132,7 @@ ScriptGlobals::ScriptGlobals(Fence fence) : fence_(fence) {
 void ScriptGlobals::clear() {
     structs_.clear();
     memory_ = Memory();
-    resize(kLead);
+    resize(lead);
 }
 
 // Grows the area, at another address; what is new of it holds the pattern.
@@ -152,7 +152,7 @@ void ScriptGlobals::declare(std::string_view text) {
     for (GlobalStruct& declared : compile_globals(text)) {
         if (find(declared.name) != nullptr) throw Error("the global '" + declared.name + "' exists already");
         declared.offset = memory_.size();
-        resize(memory_.size() + declared.element_size() * static_cast<std::size_t>(declared.count) + kGap);
+        resize(memory_.size() + declared.element_size() * static_cast<std::size_t>(declared.count) + gap);
         structs_.push_back(std::move(declared));
         const GlobalStruct& placed = structs_.back();
         for (std::int32_t i = 0; i < placed.count; ++i)

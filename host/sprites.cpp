@@ -138,7 +138,7 @@ Rect reachable(const __RVKBlit2D__& blit, const InverseMap& map, __RVKPoint2D__ 
 }
 
 // Source positions run in units of 1/65536 pixel, so that a row is additions and shifts.
-constexpr double kUnit = 65536;
+constexpr double fixed_one = 65536;
 
 template <class Pixel>
 void draw_mapped(const __RVKBlit2D__& blit, const InverseMap& map, const Ink& ink) {
@@ -146,13 +146,13 @@ void draw_mapped(const __RVKBlit2D__& blit, const InverseMap& map, const Ink& in
     const __RVKPoint2D__ anchor = anchor_of(from);
     const Rect area = reachable(blit, map, anchor);
     const auto* source = static_cast<const Pixel*>(from.pixels);
-    const std::int64_t u_step = std::llround(map.u_step.x * kUnit);
-    const std::int64_t v_step = std::llround(map.v_step.x * kUnit);
+    const std::int64_t u_step = std::llround(map.u_step.x * fixed_one);
+    const std::int64_t v_step = std::llround(map.v_step.x * fixed_one);
     for (std::int64_t y = area.y; y <= area.y2; ++y) {
         const auto dx = static_cast<double>(area.x - blit.pos_x);
         const auto dy = static_cast<double>(y - blit.pos_y);
-        std::int64_t u = std::llround((anchor.x + 0.5 + dx * map.u_step.x + dy * map.u_step.y) * kUnit);
-        std::int64_t v = std::llround((anchor.y + 0.5 + dx * map.v_step.x + dy * map.v_step.y) * kUnit);
+        std::int64_t u = std::llround((anchor.x + 0.5 + dx * map.u_step.x + dy * map.u_step.y) * fixed_one);
+        std::int64_t v = std::llround((anchor.y + 0.5 + dx * map.v_step.x + dy * map.v_step.y) * fixed_one);
         Pixel* row = static_cast<Pixel*>(blit.target->pixels) + y * blit.target->width;
         for (std::int64_t x = area.x; x <= area.x2; ++x, u += u_step, v += v_step) {
             const std::int64_t column = u >> 16;

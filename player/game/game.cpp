@@ -12,7 +12,7 @@ namespace {
 
 // The place of the background picture; the last graph of the system file.
 constexpr int background_file = 0;
-constexpr int background_graph = host::kGraphLimit - 1;
+constexpr int background_graph = host::graph_limit - 1;
 
 host::Options engine_options(const Options& options) {
     host::Options result;
@@ -22,7 +22,7 @@ host::Options engine_options(const Options& options) {
     result.file_slots = number_of_files;
     result.region_slots = number_of_regions;
     // Destination maps are held to this limit in every file, so it is as high as a file's own.
-    result.system_graph_count = host::kGraphLimit;
+    result.system_graph_count = host::graph_limit;
     return result;
 }
 
@@ -66,7 +66,7 @@ std::string Game::path_of(const std::string& path) const {
 }
 
 void Game::warn_of_missing_maps() {
-    for (const std::int32_t type : {host::kScreenCoordinates, host::kScrollCoordinates})
+    for (const std::int32_t type : {host::screen_coordinates, host::scroll_coordinates})
         for (const auto& [picture, count] : missing_maps(engine, type)) {
             if (!warned_.insert(picture).second) continue;
             const auto place = places_.find(picture);
@@ -82,8 +82,8 @@ std::string Game::without_map(int file, int graph) {
     if (file < 0 || file >= number_of_files)
         return "there is no file " + text(file) + ": files are numbered 0 to " + text(number_of_files - 1);
     const std::string what = "file " + text(file) + " has no graph " + text(graph);
-    if (graph < 1 || graph >= host::kGraphLimit)
-        return what + ": graphs are numbered 1 to " + text(host::kGraphLimit - 1);
+    if (graph < 1 || graph >= host::graph_limit)
+        return what + ": graphs are numbered 1 to " + text(host::graph_limit - 1);
     const std::vector<std::int32_t> graphs = engine.files().graphs(file);
     std::string there;
     for (auto run = graphs.begin(); run != graphs.end();) {

@@ -185,7 +185,7 @@ Survey Surveyor::survey() {
     for (const int number : order_)
         if (services->GetProcessInScroll(number, 0) != 0) result.order.push_back(number);
     result.screen_sprites = screen_sprites_;
-    result.missing_on_screen = missing_maps(engine_, host::kScreenCoordinates);
+    result.missing_on_screen = missing_maps(engine_, host::screen_coordinates);
     return result;
 }
 
@@ -219,7 +219,7 @@ void Surveyor::survey_scroll(int number, ScrollSurvey& result) {
     result.region1 = survey_region(engine_.global("scroll", number, "region1"), destination);
     result.region2 = survey_region(engine_.global("scroll", number, "region2"), destination);
     result.sprites = scroll.sprites;
-    result.missing = missing_maps(engine_, host::kScrollCoordinates, number);
+    result.missing = missing_maps(engine_, host::scroll_coordinates, number);
 }
 
 Rect Surveyor::destination_of(const Scroll& scroll) const {

@@ -233,7 +233,7 @@ void bind_processes(lua_State* L) {
     luaL_setfuncs(L, metamethods, 0);
     lua_pop(L, 1);
     bind(L, bindings);
-    lua_pushinteger(L, host::kScreenCoordinates);
+    lua_pushinteger(L, host::screen_coordinates);
     lua_setglobal(L, "c_screen");
 }
 

@@ -125,7 +125,7 @@ Process& Script::make_process(lua_State* L, int function, int first_argument) {
     // The registry keeps the userdata as long as `order_` points to it.
     lua_pushvalue(L, self);
     lua_rawsetp(L, LUA_REGISTRYINDEX, &process);
-    process.id = host::Processes::id_of(game.engine.processes().create(host::kScreenCoordinates));
+    process.id = host::Processes::id_of(game.engine.processes().create(host::screen_coordinates));
     order_.push_back(&process);
     by_id_[process.id] = &process;
     return process;

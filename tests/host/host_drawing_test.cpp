@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr std::array<std::int32_t, 3> kDepths{8, 16, 32};
+constexpr std::array<std::int32_t, 3> depths{8, 16, 32};
 
 std::mt19937 random_source(5);
 
@@ -113,7 +113,7 @@ Scene random_scene(host::Bitmap& graphic, host::Bitmap& target) {
 
 TEST_CASE("A sprite routine leaves exactly the pixels that a naive model leaves") {
     for (int round = 0; round < 1500; ++round) {
-        const std::int32_t bits = kDepths[static_cast<std::size_t>(round) % 3];
+        const std::int32_t bits = depths[static_cast<std::size_t>(round) % 3];
         host::Engine engine({.width = 31, .height = 27, .bits_per_pixel = bits, .fence = host::Fence::after});
         host::Map& graphic = engine.files().create_map(1, 1, random_between(1, 9), random_between(1, 9));
         scatter(graphic);
@@ -251,7 +251,7 @@ TEST_CASE("Colours survive the way through a depth as far as it can hold them, a
 }
 
 TEST_CASE("A frame shows the backdrop, then by falling z the module's entries and the host's own sprites") {
-    for (const std::int32_t bits : kDepths) {
+    for (const std::int32_t bits : depths) {
         host::Engine engine({.width = 6, .height = 1, .bits_per_pixel = bits});
         engine.load(STANDIN_STEM "0.so");
         for (std::int32_t graph = 1; graph <= 4; ++graph)
@@ -269,10 +269,10 @@ TEST_CASE("A frame shows the backdrop, then by falling z the module's entries an
             return p;
         };
         // The stand-in's entry has z 100 and draws its processes, graph 1, at once.
-        for (std::int32_t x = 1; x < 4; ++x) place(host::kScrollCoordinates, 1, x, 0);
-        ProcessLocals& before = place(host::kScreenCoordinates, 2, 2, 99);
-        place(host::kScreenCoordinates, 3, 3, 101);
-        place(host::kScreenCoordinates, 3, 4, 100).resolution =
+        for (std::int32_t x = 1; x < 4; ++x) place(host::scroll_coordinates, 1, x, 0);
+        ProcessLocals& before = place(host::screen_coordinates, 2, 2, 99);
+        place(host::screen_coordinates, 3, 3, 101);
+        place(host::screen_coordinates, 3, 4, 100).resolution =
             4;  // lands on pixel 1, after the entry of equal z
         const auto row = [&] {
             std::string pixels;
@@ -322,7 +322,7 @@ TEST_CASE(
     "A graph table turns an angle into the nearest of its directions, mirrored where the code is negative") {
     host::Engine engine({.width = 4, .height = 4, .bits_per_pixel = 8});
     for (std::int32_t graph = 1; graph <= 7; ++graph) engine.files().create_map(0, graph, 1, 1);
-    ProcessLocals& p = engine.processes().create(host::kScreenCoordinates);
+    ProcessLocals& p = engine.processes().create(host::screen_coordinates);
     const std::int32_t table[] = {7, 1, -2, 3, -4, 5, -6, 7};
     engine.processes().set_graph_table(host::Processes::id_of(p), table);
     for (int round = 0; round < 500; ++round) {

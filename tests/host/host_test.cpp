@@ -373,9 +373,9 @@ TEST_CASE("Blit lists sort by falling z and keep the order of equals, whatever i
 TEST_CASE("A write to any word that belongs to the host alone is found and named") {
     host::Engine engine;
     host::Map& map = engine.files().create_map(1, 2, 4, 4);
-    ProcessLocals& process = engine.processes().create(host::kScrollCoordinates);
+    ProcessLocals& process = engine.processes().create(host::scroll_coordinates);
     __RVKBlit2D__* entry = engine.graphics().NewBlit();
-    ProcessNode* node = engine.processes().first(host::kScrollCoordinates);
+    ProcessNode* node = engine.processes().first(host::scroll_coordinates);
     // Each with a word that has no name; the last is the upper part of a word whose low byte has one.
     const struct {
         void* record;

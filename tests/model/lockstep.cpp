@@ -299,7 +299,7 @@ void Lockstep::check() {
 
 void Lockstep::check_processes() {
     std::size_t i = 0;
-    for (const ProcessNode* n = engine.processes().first(host::kScrollCoordinates); n != nullptr;
+    for (const ProcessNode* n = engine.processes().first(host::scroll_coordinates); n != nullptr;
          n = n->next, ++i) {
         const std::int32_t id = host::Processes::id_of(*n->data);
         if (i == model.processes.size() || model.processes[i].first != id)

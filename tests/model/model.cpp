@@ -31,7 +31,7 @@ void Model::look_at_bitmaps() {
 
 void Model::look_at_processes() {
     processes.clear();
-    for (const ProcessNode* n = engine_.processes().first(host::kScrollCoordinates); n != nullptr;
+    for (const ProcessNode* n = engine_.processes().first(host::scroll_coordinates); n != nullptr;
          n = n->next) {
         auto& [id, locals] = processes.emplace_back();
         id = address(n->data);

@@ -326,7 +326,7 @@ class Game {
     void add_process() {
         if (run.engine.processes().count() >= kProcesses) return;
         run.note("new process");
-        ProcessLocals& p = run.engine.processes().create(in.one_in(5) ? 0 : host::kScrollCoordinates);
+        ProcessLocals& p = run.engine.processes().create(in.one_in(5) ? 0 : host::scroll_coordinates);
         p.file = in.one_in(8) ? in.below(kFiles) : 1;
         p.graph = in.below(kGraphs);
         p.x = in.below(80);

@@ -197,7 +197,7 @@ TEST_CASE("every entry point works for callers that keep their stack on four byt
             // Every kind of plane drawing, over widths that leave a tail after whole vectors.
             for (const std::int32_t graph : {1, 2}) f.map(graph, 90, 80);
             f.engine.regions().define(1, 1, 1, 1 + 4 * 8 + 5, 40);
-            f.engine.processes().create(host::kScrollCoordinates);
+            f.engine.processes().create(host::scroll_coordinates);
             for (const std::int32_t alpha_flags : {0, 1, 2, 3}) {
                 f.engine.files().find_map(kFile, 1)->set_alpha_flag((alpha_flags & 1) != 0);
                 f.engine.files().find_map(kFile, 2)->set_alpha_flag((alpha_flags & 2) != 0);

@@ -24,7 +24,7 @@ struct ContractFixture : Fixture {
         engine.regions().define(1, kView.x, kView.y, kView.x2, kView.y2);
     }
     ProcessLocals& process(std::int32_t z = 0) {
-        ProcessLocals& p = engine.processes().create(host::kScrollCoordinates);
+        ProcessLocals& p = engine.processes().create(host::scroll_coordinates);
         p.file = kFile;
         p.graph = 2;
         p.z = z;
@@ -52,7 +52,7 @@ TEST_CASE_FIXTURE(ContractFixture,
         for (const Step& step : steps) {
             CAPTURE(a);
             const std::int32_t value = step.code != 0 ? a[static_cast<std::size_t>(step.argument - 1)] : 0;
-            CHECK(engine.call(function, a).value == host::kFailure);
+            CHECK(engine.call(function, a).value == host::failure);
             CHECK(errors() == (step.code == 0
                                    ? std::vector<ScriptError>{}
                                    : std::vector<ScriptError>{{step.code, name, 0, step.argument, value}}));
@@ -255,7 +255,7 @@ TEST_CASE_FIXTURE(ContractFixture, "a graph at the limit of its file is not aske
 TEST_CASE_FIXTURE(ContractFixture, "follow regions are counted up to 65536") {
     engine.regions().resize(65538);
     engine.regions().at(65536) = engine.regions().at(65537) = {0, 10, 0, 10};
-    ProcessLocals& hero = engine.processes().create(host::kScreenCoordinates);
+    ProcessLocals& hero = engine.processes().create(host::screen_coordinates);
     hero.x = 80 + 16;  // in the middle of the view
     hero.y = 40 + 12;
     for (const std::int32_t number : {65536, 65537}) {
@@ -349,7 +349,7 @@ TEST_CASE("planes and mode decide what is drawn where, and whether sprites can l
             CAPTURE(row.planes);
             CAPTURE(row.mode);
             f.start(0, 1, row.planes == 2 ? 2 : 0, -1, 0, row.mode);
-            ProcessLocals& p = f.engine.processes().create(host::kScrollCoordinates);
+            ProcessLocals& p = f.engine.processes().create(host::scroll_coordinates);
             p.file = kFile;
             p.graph = 3;
             p.x = kWidth / 2;

@@ -144,7 +144,7 @@ TEST_CASE("a map that shrank, lost its pixels or its size is left out; a refresh
                     if (row.refreshable) continue;
                     row.spoil(f, graph);
                     CHECK(f.call("scroll_set_destination", {0, kFile, graph, -1}) == 0);
-                    CHECK(f.call("scroll_start", {1, kFile, graph, 0, -1, 0}) == host::kFailure);
+                    CHECK(f.call("scroll_start", {1, kFile, graph, 0, -1, 0}) == host::failure);
                     CHECK(f.errors() == std::vector<ScriptError>{{112, "SCROLL_START", 0, 3, graph}});
                 }
             }
@@ -180,14 +180,14 @@ TEST_CASE("a view that is cut to nothing allocates nothing and serves nobody as 
 TEST_CASE("regions beyond the host's table are no regions, wherever their number is kept") {
     with_fences([](Fence fence) {
         FencedFixture f(fence);
-        ProcessLocals& hero = f.engine.processes().create(host::kScreenCoordinates);
+        ProcessLocals& hero = f.engine.processes().create(host::screen_coordinates);
         hero.x = hero.y = 60;
         f.region(31, {5, 36, 5, 28});
         f.start(0, 1, 0, 31);
         f.engine.regions().resize(2);
         CHECK_FALSE(f.draw());
         f.start(0, 1, 0, -1);
-        ProcessLocals& sprite = f.engine.processes().create(host::kScrollCoordinates);
+        ProcessLocals& sprite = f.engine.processes().create(host::scroll_coordinates);
         sprite.file = kFile;
         sprite.graph = 2;
         f.script(0, "camera") = host::Processes::id_of(hero);
@@ -224,9 +224,9 @@ TEST_CASE("a buffer that does not fit in 31 bits is a failed allocation, compute
         f.engine.files().find_map(kFile, 7)->record().height = row.height;
         CHECK_FALSE(f.draw());
         CHECK(f.errors() == std::vector<ScriptError>{{100, "RVK_mod_scroll2D", 0, 0, row.value}});
-        CHECK(f.call("scroll_set_destination", {0, kFile, 7, -1}) == host::kFailure);
+        CHECK(f.call("scroll_set_destination", {0, kFile, 7, -1}) == host::failure);
         CHECK(f.errors() == std::vector<ScriptError>{{100, "SCROLL_SET_DESTINATION", 0, 0, 0}});
-        CHECK(f.call("scroll_start", {0, kFile, 1, 0, -1, 0}) == host::kFailure);
+        CHECK(f.call("scroll_start", {0, kFile, 1, 0, -1, 0}) == host::failure);
         CHECK(f.errors() == std::vector<ScriptError>{{100, "SCROLL_START", 0, 0, row.value}});
         CHECK_FALSE(f.running(0));
         CHECK(memory.live.empty());
@@ -244,7 +244,7 @@ TEST_CASE("a scroll whose destination map goes is moved, not drawn; one that is 
             return f.engine.files().create_map(file, 7, width, height);
         };
         canvas(40, 30);
-        ProcessLocals& hero = f.engine.processes().create(host::kScreenCoordinates);
+        ProcessLocals& hero = f.engine.processes().create(host::screen_coordinates);
         hero.x = hero.y = 70;
         f.start(0, 1, 2, -1, 0, 1);
         CHECK(f.call("scroll_set_destination", {0, file, 7, -1}) == 1);
@@ -274,7 +274,7 @@ TEST_CASE("a scroll whose destination map goes is moved, not drawn; one that is 
         CHECK(f.plane(1) == Position{70 - 12, 70 - 7});
         // While it is gone a start has no view to lay out.
         f.engine.files().unload_map(file, 7);
-        CHECK(f.call("scroll_start", {0, kFile, 1, 0, -1, 0}) == host::kFailure);
+        CHECK(f.call("scroll_start", {0, kFile, 1, 0, -1, 0}) == host::failure);
         CHECK(f.errors() == std::vector<ScriptError>{{146, "SCROLL_START", 0, 5, -1}});
         CHECK_FALSE(f.running(0));
     };
@@ -285,7 +285,7 @@ TEST_CASE("numbers at the ends of their range neither trap nor reach outside") {
     constexpr std::int32_t kEnds[] = {INT_MIN, INT_MIN + 1, -1, 0, 1, INT_MAX - 1, INT_MAX};
     with_fences([&](Fence fence) {
         FencedFixture f(fence);
-        ProcessLocals& hero = f.engine.processes().create(host::kScreenCoordinates);
+        ProcessLocals& hero = f.engine.processes().create(host::screen_coordinates);
         for (const std::int32_t flags : {0, 15}) {
             for (const std::int32_t a : kEnds) {
                 for (const std::int32_t b : kEnds) {
@@ -331,7 +331,7 @@ TEST_CASE("an entry that names no scroll draws nothing") {
 TEST_CASE("a start finds the script's globals wherever they are once the processes of before have ended") {
     FencedFixture f(Fence::after);
     f.start(0, 1, 0, 1);
-    f.engine.processes().create(host::kScrollCoordinates);
+    f.engine.processes().create(host::scroll_coordinates);
     f.engine.processes().on_delete = [&](std::int32_t) { f.engine.move_globals(); };
     f.start(0, 2, 0, 1);
     CHECK(f.script(0, "graph1") == 2);

@@ -32,7 +32,7 @@ struct Stage {
         for (const int graph : {10, 11, 30})
             paint(engine.files().create_map(1, graph, up_to(300), up_to(200)));
         paint(engine.files().create_map(1, 20, 7, 5));
-        camera = &engine.processes().create(host::kScrollCoordinates);
+        camera = &engine.processes().create(host::scroll_coordinates);
         camera->file = 1;
         camera->graph = 20;
         engine.regions().define(1, 30, 20, 50, 40);
@@ -318,7 +318,7 @@ TEST_CASE("sprites come in drawing order, with the clip of their own region") {
     Surveyor surveyor(stage.engine);
     stage.start(0, -1, 1);
     for (const int z : {5, 900, 40}) {
-        ProcessLocals& sprite = stage.engine.processes().create(host::kScrollCoordinates);
+        ProcessLocals& sprite = stage.engine.processes().create(host::scroll_coordinates);
         sprite.file = 1;
         sprite.graph = 20;
         sprite.z = z;
@@ -338,7 +338,7 @@ TEST_CASE("sprites come in drawing order, with the clip of their own region") {
     CHECK(scroll.sprites[1].clip.value() == common(on_screen, scroll.view));
 
     for (const int mask : {0, 1, 2}) {
-        ProcessLocals& sprite = stage.engine.processes().create(host::kScrollCoordinates);
+        ProcessLocals& sprite = stage.engine.processes().create(host::scroll_coordinates);
         sprite.file = 1;
         sprite.graph = 99;
         sprite.scroll_mask = mask;
