@@ -9,21 +9,12 @@
 #include <cstdint>
 
 #include "module/contract/host_records.h"
+#include "module/contract/script_numbers.h"
 
 // The way to the host; set at the end of registration.
 extern "C" [[gnu::visibility("default")]] HostRuntime* rvkre;
 
 namespace scroll2d {
-
-constexpr std::int32_t scroll_count = 10;
-
-// Script constants.
-constexpr std::int32_t c_scroll = 1;     // coordinate type of processes that live in scroll coordinates
-constexpr std::int32_t all_scroll = -1;  // as a scroll number: 0 to 9 in turn
-constexpr std::int32_t scroll_normal = 0;
-constexpr std::int32_t scroll_layers = 1;
-constexpr std::int32_t scroll_normal_key = 2;
-constexpr std::int32_t scroll_layers_key = 3;
 
 // Error codes. Their texts belong to the host.
 constexpr std::int32_t error_no_memory = 100;
@@ -38,12 +29,6 @@ constexpr std::int32_t error_empty_view = 146;
 
 // The result of a script call that failed: 0x80000000.
 constexpr std::int32_t failure = INT32_MIN;
-
-// Wrap bits of ScrollRecord::flags.
-constexpr std::int32_t wrap_plane1_x = 1;
-constexpr std::int32_t wrap_plane1_y = 2;
-constexpr std::int32_t wrap_plane2_x = 4;
-constexpr std::int32_t wrap_plane2_y = 8;
 
 // The internal state of one scroll. Both planes share one view, the rectangle of width x height pixels at
 // (dest_x, dest_y) on dest_map. How a plane's buffer is read is told in module/buffer/buffer.h.

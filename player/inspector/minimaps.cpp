@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <string>
 
+#include "module/contract/numbers.h"
 #include "player/inspector/parts.h"
 
 namespace player {
@@ -137,11 +138,8 @@ class Minimap {
         }
         if (!front_ || !scroll_.camera || !scroll_.camera->alive) return;
         Point point = scroll_.camera->world;
-        const auto wrapped = [](std::int64_t value, std::int64_t extent) {
-            return ((value % extent) + extent) % extent;
-        };
-        if (plane_.repeats_x) point.x = wrapped(point.x, plane_.map_width);
-        if (plane_.repeats_y) point.y = wrapped(point.y, plane_.map_height);
+        if (plane_.repeats_x) point.x = scroll2d::floor_mod(point.x, plane_.map_width);
+        if (plane_.repeats_y) point.y = scroll2d::floor_mod(point.y, plane_.map_height);
         const Area at = to_map.of(point);
         fill(list, {at.x - 2, at.y - 2, 5, 5}, packed(ground));
         fill(list, {at.x - 1, at.y - 1, 3, 3}, packed(colour_of(Mark::camera)));

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "module/contract/numbers.h"
+
 namespace player {
 namespace {
 
@@ -10,10 +12,10 @@ struct Stretch {
     std::int64_t from;
     std::int64_t length;
 };
-std::vector<Stretch> stretches(std::int64_t position, std::int64_t view, std::int64_t map) {
+std::vector<Stretch> stretches(std::int64_t position, std::int64_t view, std::int32_t map) {
     if (view < 1 || map < 1) return {};
     if (view >= map) return {{0, map}};
-    const std::int64_t from = ((position % map) + map) % map;
+    const std::int64_t from = scroll2d::floor_mod(position, map);
     const std::int64_t first = std::min(view, map - from);
     if (first == view) return {{from, view}};
     return {{from, first}, {0, view - first}};

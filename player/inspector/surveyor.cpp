@@ -3,24 +3,16 @@
 #include <algorithm>
 #include <limits>
 
+#include "module/contract/numbers.h"
+
 namespace player {
 namespace {
 
 constexpr std::size_t times_kept = 120;  // two seconds
-constexpr std::int32_t largest_follow_region = 65536;
-
-constexpr std::int32_t layers_mode = 1;
-constexpr std::int32_t keyed_layers_mode = 3;
-
 constexpr const char* module_list = "SCROLL2D";
 
 bool is_scroll_number(std::int32_t number) {
-    return number >= 0 && number < number_of_scrolls;
-}
-
-// What world positions are divided by.
-std::int64_t whole_pixels(std::int32_t position, std::int32_t resolution) {
-    return resolution > 0 ? position / resolution : position;
+    return number >= 0 && number < scroll2d::scroll_count;
 }
 
 Rect between(std::int64_t left, std::int64_t right, std::int64_t top, std::int64_t bottom) {
@@ -55,7 +47,7 @@ void Surveyor::called(std::string_view name, std::span<const std::int32_t> argum
     if (arguments.empty() || result < 0) return;
     const std::int32_t number = arguments[0];
     const std::int32_t first = is_scroll_number(number) ? number : 0;
-    const std::int32_t last = is_scroll_number(number) ? number : number_of_scrolls - 1;
+    const std::int32_t last = is_scroll_number(number) ? number : scroll2d::scroll_count - 1;
     if ((name == "scroll_start" || name == "start_scroll") && arguments.size() >= 6) {
         if (!is_scroll_number(number) || result != number) return;
         Scroll& scroll = scrolls_[static_cast<std::size_t>(number)];
@@ -176,7 +168,7 @@ Survey Surveyor::survey() {
     const ScrollSystemInterface* services = engine_.services();
     if (services == nullptr) return result;
     schedule();
-    for (int i = 0; i < number_of_scrolls; ++i) {
+    for (int i = 0; i < scroll2d::scroll_count; ++i) {
         __RVKPoint2D__ position{};
         if (services->GetScrollPos(i, 0, &position, nullptr) == 0) continue;
         survey_scroll(i, result.scrolls.emplace_back());
@@ -200,7 +192,7 @@ void Surveyor::survey_scroll(int number, ScrollSurvey& result) {
     result.drawn = scroll.drawn;
     result.z = engine_.global("scroll", number, "z");
     result.file = scroll.file;
-    result.layered = scroll.mode == layers_mode || scroll.mode == keyed_layers_mode;
+    result.layered = scroll.mode == scroll2d::scroll_layers || scroll.mode == scroll2d::scroll_layers_key;
     result.destination_file = scroll.destination_file;
     result.destination_graph = scroll.destination_graph;
     result.on_screen = scroll.destination_graph == 0;
@@ -232,9 +224,9 @@ PlaneSurvey Surveyor::survey_plane(const Scroll& scroll, int plane, Point positi
     PlaneSurvey result;
     result.graph = scroll.graphs[static_cast<std::size_t>(plane)];
     result.position = position;
-    const std::int32_t across = plane == 0 ? 1 : 4, down = plane == 0 ? 2 : 8;
-    result.repeats_x = (scroll.flags & across) != 0;
-    result.repeats_y = (scroll.flags & down) != 0;
+    using namespace scroll2d;
+    result.repeats_x = (scroll.flags & (plane == 0 ? wrap_plane1_x : wrap_plane2_x)) != 0;
+    result.repeats_y = (scroll.flags & (plane == 0 ? wrap_plane1_y : wrap_plane2_y)) != 0;
     if (const host::Map* map = engine_.files().find_map(scroll.file, result.graph)) {
         result.has_map = true;
         result.map_width = map->width();
@@ -249,19 +241,18 @@ std::optional<CameraSurvey> Surveyor::survey_camera(int number, Point offset) co
     CameraSurvey camera;
     if (const ProcessLocals* process = engine_.processes().find(id)) {
         camera.alive = true;
-        camera.world = {whole_pixels(process->x, process->resolution),
-                        whole_pixels(process->y, process->resolution)};
+        camera.world = {scroll2d::whole_pixels(process->x, process->resolution),
+                        scroll2d::whole_pixels(process->y, process->resolution)};
         camera.on_destination = {camera.world.x + offset.x, camera.world.y + offset.y};
     }
     return camera;
 }
 
 std::optional<RegionSurvey> Surveyor::survey_region(std::int32_t region, const Rect& destination) const {
-    if (region < 0 || region > largest_follow_region) return std::nullopt;
+    // A number beyond the table counts as no region at all; one that was never defined is a region of zeros.
+    if (region < 0 || region >= engine_.regions().count()) return std::nullopt;
     RegionSurvey result;
     result.number = region;
-    // A number beyond the table counts as no region at all; one that was never defined is a region of zeros.
-    if (region >= engine_.regions().count()) return std::nullopt;
     result.defined = engine_.regions().defined(region);
     const __RVKRegion__& edges = engine_.regions().at(region);
     result.rect = common(between(edges.x, edges.x2, edges.y, edges.y2), destination);

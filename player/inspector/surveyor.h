@@ -7,11 +7,10 @@
 #include <map>
 
 #include "host/engine.h"
+#include "module/contract/script_numbers.h"
 #include "player/inspector/survey.h"
 
 namespace player {
-
-inline constexpr int number_of_scrolls = 10;
 
 class Surveyor final : public host::Observer {
   public:
@@ -62,7 +61,7 @@ class Surveyor final : public host::Observer {
 
     host::Engine& engine_;
     std::function<double()> clock_;
-    std::array<Scroll, number_of_scrolls> scrolls_;
+    std::array<Scroll, scroll2d::scroll_count> scrolls_;
     std::vector<int> order_;
     std::vector<SpriteSurvey> screen_sprites_;
     int drawing_ = -1;  // the scroll whose turn it is, -1: none
