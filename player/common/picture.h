@@ -32,17 +32,6 @@ struct Picture : host::Image {
     [[nodiscard]] const Rgba& at(int x, int y) const { return pixels[place(x, y)]; }
 };
 
-// png.cpp
-
-// Reads any PNG. Throws std::runtime_error naming the file and what is wrong with it.
-Picture read_png(const std::string& path);
-
-// Writes with the palette when the picture has one, with alpha when has_alpha says so, else as RGB.
-// Throws std::runtime_error naming the file.
-void write_png(const std::string& path, const Picture& picture);
-
-// contact_sheet.cpp
-
 // Copies `source` into `target` at (x, y); what lies outside is cut.
 void paste(Picture& target, const Picture& source, int x, int y);
 
@@ -52,8 +41,13 @@ Picture cut_out(const Picture& source, int x, int y, int w, int h);
 // Each pixel as a square of `times` by `times`, times >= 1.
 Picture enlarged(const Picture& source, int times);
 
-// All shots on one sheet, in reading order, with small margins. Shots are shrunk together, by a whole number,
-// so that the sheet stays within about 1920 pixels. No shots: an empty picture.
-Picture contact_sheet(const std::vector<Picture>& shots);
+// png.cpp
+
+// Reads any PNG. Throws std::runtime_error naming the file and what is wrong with it.
+Picture read_png(const std::string& path);
+
+// Writes with the palette when the picture has one, with alpha when has_alpha says so, else as RGB.
+// Throws std::runtime_error naming the file.
+void write_png(const std::string& path, const Picture& picture);
 
 }  // namespace player

@@ -40,10 +40,6 @@ void read_indexed(Image& png, const std::string& path, Picture& picture) {
 
 }  // namespace
 
-Picture::Picture(int w, int h, Rgba fill) : host::Image{w, h, {}} {
-    pixels.resize(static_cast<std::size_t>(w) * static_cast<std::size_t>(h), fill);
-}
-
 Picture read_png(const std::string& path) {
     Image png;
     if (!png_image_begin_read_from_file(&png.image, path.c_str())) png.fail(path);

@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "player/common/picture.h"
+#include "player/output/contact_sheet.h"
 
 namespace player {
 namespace {
@@ -29,34 +29,6 @@ Picture shrunk(const Picture& source, int times) {
 }
 
 }  // namespace
-
-void paste(Picture& target, const Picture& source, int x, int y) {
-    for (int row = std::max(0, -y); row < source.height && y + row < target.height; ++row)
-        for (int column = std::max(0, -x); column < source.width && x + column < target.width; ++column)
-            target.at(x + column, y + row) = source.at(column, row);
-}
-
-Picture cut_out(const Picture& source, int x, int y, int w, int h) {
-    Picture result(w, h);
-    result.palette = source.palette;
-    result.has_alpha = source.has_alpha;
-    if (source.indexed()) result.indices.resize(result.pixels.size());
-    for (int row = 0; row < h; ++row)
-        for (int column = 0; column < w; ++column) {
-            const std::size_t from = source.place(x + column, y + row), to = result.place(column, row);
-            result.pixels[to] = source.pixels[from];
-            if (source.indexed()) result.indices[to] = source.indices[from];
-        }
-    return result;
-}
-
-Picture enlarged(const Picture& source, int times) {
-    Picture result(source.width * times, source.height * times);
-    result.has_alpha = source.has_alpha;
-    for (int y = 0; y < result.height; ++y)
-        for (int x = 0; x < result.width; ++x) result.at(x, y) = source.at(x / times, y / times);
-    return result;
-}
 
 Picture contact_sheet(const std::vector<Picture>& shots) {
     if (shots.empty()) return {};

@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "player/output/contact_sheet.h"
 #include "player/output/output.h"
 
 namespace player {
