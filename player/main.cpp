@@ -8,7 +8,7 @@
 #include "player/common/options.h"
 #include "player/inspector/inspector.h"
 #include "player/output/output.h"
-#include "player/session.h"
+#include "player/script/session.h"
 #include "player/window/window.h"
 
 namespace player {

@@ -10,7 +10,7 @@
 #include "player/common/pacer.h"
 #include "player/inspector/inspector.h"
 #include "player/output/output.h"
-#include "player/session.h"
+#include "player/script/session.h"
 #include "player/window/commands.h"
 #include "player/window/devices.h"
 #include "player/window/transport.h"
