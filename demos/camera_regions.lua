@@ -18,7 +18,7 @@ define_region(1, table.unpack(inner))
 define_region(2, table.unpack(outer))
 scroll[0].region1, scroll[0].region2, scroll[0].speed = 1, 2, 2      -- the wanderer walks 3 pixels a frame
 scroll[0].camera = wanderer.new(20, wanderer.land(), 1600)
-hand {{10, "right", 90}, {20, "space", 4}, {60, "space", 4}, {170, "left", 120}, {200, "space", 4}, {330, "right", 200}}
+art.hint(hand {{10, "right", 90}, {20, "space", 4}, {60, "space", 4}, {170, "left", 120}, {200, "space", 4}, {330, "right", 200}})
 
 -- The marks are a map of the screen, drawn over everything: corners and dashes.
 new_map(1, 50, 480, 270)

@@ -21,4 +21,4 @@ scroll[0].camera = process(function(self)
     end
 end, {ctype = c_scroll, file = 1, z = 90, size = 200})
 
-art.caption(8, 250, function() return ("position %d, %d"):format(scroll[0].x0, scroll[0].y0) end)
+art.caption(8, 250, function() return ("176 x 176 pixels without end: position %d, %d"):format(scroll[0].x0, scroll[0].y0) end)

@@ -19,7 +19,11 @@ for number = 0, 1 do
 end
 hero.scroll_mask = 0
 for x = 20, 740, 24 do creatures.firefly(x, land:ground_at(x) - 12 - 41 * x % 90) end
-hand {{5, "right", 160}, {60, "space", 4}, {190, "left", 170}}
+art.hint(hand {{5, "right", 160}, {60, "space", 4}, {190, "left", 170}})
+art.caption(8, 250, function()
+    if art.depth == 8 then return "at 8 bits alpha does nothing: the dusk switches off" end
+    return ("dusk before night: alpha %d"):format(scroll[1].alpha)
+end)
 
 while true do
     local t = frame_number()

@@ -14,6 +14,8 @@ for x = 1040, map_w, 60 do creatures.firefly(x, 400 - x % 50) end
 creatures.flier("bird", 1100, 2600, 260, 4)
 creatures.flier("bird", 1060, 2600, 276, 4)
 
+art.caption(8, 250, "the map has no sky: a still picture shows through")
+
 local step = 2
 while true do                                        -- no camera: the script moves the plane itself, to and fro
     scroll[0].x0 = scroll[0].x0 + step

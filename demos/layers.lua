@@ -24,4 +24,5 @@ creatures.flier("owl", 1330, 500, 392, 2, {z = 300})                 -- in front
 for i, x in ipairs {470, 700, 880, 1010, 1120, 1620, 1760} do        -- in front of the wanderer
     creatures.plant("fern", x, front_h + 8, {z = 50, size = 130 + 30 * (i % 3), flags = i % 2})
 end
-hand {{0, "right", 400}, {36, "space", 4}, {68, "space", 4}, {260, "space", 4}}
+art.hint(hand {{0, "right", 400}, {36, "space", 4}, {68, "space", 4}, {260, "space", 4}})
+art.caption(8, 250, "birds behind the trees, the wanderer before them")

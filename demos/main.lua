@@ -64,11 +64,11 @@ for number, at in ipairs(found) do process(function() light(number, at[1], at[2]
 -- The window frame: a picture of the screen, in front of all.
 art.load(WINDOW, "window")
 process {file = 1, graph = WINDOW, x = WIDTH // 2, y = HEIGHT // 2, z = -100}
-art.caption(VIEW.x + 250, 334, function()
-    return ("a walk at dusk     front %4d   back %4d"):format(scroll[0].x0, scroll[0].x1)
-end)
+art.caption(VIEW.x + 250, 327, "a walk at dusk: find the seven lights")
+art.caption(VIEW.x + 250, 341, function() return ("front %4d   back %4d"):format(scroll[0].x0, scroll[0].x1) end)
 
-hand {
+local walk = hand {
     {16, "right", 573}, {44, "space", 4}, {140, "space", 4}, {178, "space", 4}, {212, "space", 4},
     {316, "space", 4}, {390, "space", 4}, {500, "space", 4}, {528, "space", 4}, {557, "space", 4},
 }
+art.hint(walk, nil, VIEW.x + 438, 341)

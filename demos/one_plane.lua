@@ -15,4 +15,5 @@ scroll[0].camera = wanderer.new(20, land, 60)
 for x = 90, map_w, 110 do creatures.firefly(x, land:ground_at(x) - 40) end
 creatures.butterfly(330, land:ground_at(330) - 50)
 
-hand {{10, "right", 600}, {53, "space", 4}, {86, "space", 4}, {120, "space", 4}, {250, "space", 4}}
+art.hint(hand {{10, "right", 600}, {53, "space", 4}, {86, "space", 4}, {120, "space", 4}, {250, "space", 4}})
+art.caption(8, 250, "a map larger than the screen: the view follows him")

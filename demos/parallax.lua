@@ -14,6 +14,7 @@ scroll[0].ratio = 300
 
 local hero = wanderer.new(20, wanderer.land(), 1240)
 scroll[0].camera = hero
-hand {{0, "right", 150}, {40, "space", 4}, {170, "left", 300}, {230, "space", 4}}
+art.hint(hand {{0, "right", 150}, {40, "space", 4}, {170, "left", 300}, {230, "space", 4}})
 
+art.caption(8, 236, "two maps: the back one moves 1 pixel for 3 of the front one")
 art.caption(8, 250, function() return ("front %d   back %d"):format(scroll[0].x0, scroll[0].x1) end)

@@ -29,7 +29,8 @@ for i = 1, 3 do creatures.flier("bird", -60 * i, 800, 170 + 12 * (i % 2), 3, {sc
 local land = wanderer.land(560, 230)
 scroll[0].camera = wanderer.new(20, land, 200, nil, {scroll_mask = 1})
 for x = 30, 740, 34 do creatures.firefly(x, land:ground_at(x) - 20 - 37 * x % 70, {scroll_mask = 1}) end
-hand {{10, "right", 100}, {160, "left", 120}, {300, "right", 120}}
+art.hint(hand {{10, "right", 100}, {160, "left", 120}, {300, "right", 120}})
+art.caption(8, 250, "in the frame: another scroll, drawn into a map")
 
 while true do
     scroll[1].x0 = 300 - 300 * math.cos(frame_number() / 120)

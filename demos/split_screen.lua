@@ -27,4 +27,6 @@ for x = 20, world_w, 26 do
     local y = land:ground_at(x) - 16 - 53 * x % 90
     if x % 4 == 0 then creatures.spark(x, y, {scroll_mask = 1}) else creatures.firefly(x, y, {scroll_mask = 2}) end
 end
-hand {{10, "right", 180}, {30, "space", 4}, {62, "space", 4}, {96, "space", 4}, {20, "a", 90}, {60, "w", 4}, {150, "d", 200}, {143, "w", 4}}
+local both = hand {{10, "right", 180}, {30, "space", 4}, {62, "space", 4}, {96, "space", 4}, {20, "a", 90}, {60, "w", 4}, {150, "d", 200}, {143, "w", 4}}
+art.hint(both, nil, 12, 250)
+art.hint(both, "a and d walk, w jumps", 252, 250)

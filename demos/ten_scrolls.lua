@@ -11,9 +11,11 @@ for n = 0, 9 do
 end
 
 -- Owls between the layers: each is shown by one scroll only, and drawn right after that scroll's plane.
-creatures.flier("owl", 200, 4000, 104, 2, {scroll_mask = 1 << 4, size = 60})
-creatures.flier("owl", -110, 4000, 150, 3, {scroll_mask = 1 << 6, size = 90})
-creatures.flier("owl", 150, 4000, 186, 4, {scroll_mask = 1 << 8, size = 150})
+creatures.flier("owl", 200, math.huge, 104, 2, {scroll_mask = 1 << 4, size = 60, met_by = 4})
+creatures.flier("owl", -110, math.huge, 150, 3, {scroll_mask = 1 << 6, size = 90, met_by = 6})
+creatures.flier("owl", 150, math.huge, 186, 4, {scroll_mask = 1 << 8, size = 150, met_by = 8})
+
+art.caption(8, 250, "ten scrolls: a sky and nine layers, each at its own pace")
 
 -- Positions are whole pixels; the steps of a layer add up in a number with a fraction.
 while true do

@@ -40,16 +40,28 @@ function art.load_frames(first, name, count, px, py)
     return count
 end
 
--- Keeps a line of text on the screen; `say` is the text or a function that gives it anew each frame.
-function art.caption(x, y, say)
+-- Keeps a line of text on the screen; `say` is the text or a function that gives it anew each frame, nil for none.
+function art.caption(x, y, say, colour)
+    local function outlined(words)
+        for dx = -1, 1 do for dy = -1, 1 do text(x + dx, y + dy, words, "#181028") end end
+        text(x, y, words, colour or "#ffe6b8")
+    end
     return process(function()
         while true do
-            local words = type(say) == "function" and say() or say
-            text(x + 1, y + 1, words, "#181028")
-            text(x, y, words, "#ffe6b8")
+            local words = say
+            if type(say) == "function" then words = say() end
+            if words then outlined(words) end
             frame()
         end
     end)
+end
+
+-- Says how to play for as long as the scripted hand does it alone: at the bottom on the right, or at (x, y).
+function art.hint(hand, words, x, y)
+    words = words or "arrows walk, space jumps"
+    local width, height = screen_size()
+    x, y = x or width - 8 - text_size(words), y or height - 20
+    return art.caption(x, y, function() return exists(hand) and words or nil end, "#a8e4ff")
 end
 
 return art

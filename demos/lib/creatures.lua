@@ -20,14 +20,25 @@ end
 
 local function made(fn, fields, more)
     fields.ctype, fields.file = c_scroll, art.file
-    for name, value in pairs(more or {}) do fields[name] = value end
+    for name, value in pairs(more or {}) do
+        if name ~= "met_by" then fields[name] = value end
+    end
     if not fn then return process(fields) end
     return process(fn, fields)
 end
 
--- A bird or an owl that crosses from x to x2 and begins again; it rises and sinks a little.
+-- Where scroll n, whose world goes on for ever, meets what stands at x: whole spans further, around its view. A span is
+-- wider than the view, so nobody sees the leap.
+local function met(n, x)
+    local left, span = scroll[n].x0 - 100, 680
+    return left + (x - left) % span
+end
+
+-- A bird or an owl that crosses from x to x2 and begins again; it rises and sinks a little. With math.huge for x2 it flies for
+-- ever, and `more.met_by` is the scroll that always meets it.
 function creatures.flier(name, x, x2, y, speed, more)
     local first, count = creatures.frames(name)
+    local met_by = more and more.met_by
     return made(function(self)
         local beat = math.random(0, 30)
         local way = x2 > x and speed or -speed
@@ -35,7 +46,7 @@ function creatures.flier(name, x, x2, y, speed, more)
         while true do
             for place = x, x2, way do
                 beat = beat + 1
-                self.x, self.y = place, y + 7 * math.sin(beat * 0.05)
+                self.x, self.y = met_by and met(met_by, place) or place, y + 7 * math.sin(beat * 0.05)
                 self.graph = first + beat // 4 % count
                 frame()
             end
@@ -57,14 +68,15 @@ function creatures.butterfly(x, y, more)
     end, {graph = first, x = x, y = y, z = 90}, more)
 end
 
--- A firefly that drifts around (x, y) and glows on and off.
+-- A firefly that drifts around (x, y) and glows on and off. `more.met_by` as for fliers.
 function creatures.firefly(x, y, more)
-    local graph = picture("firefly")
+    local graph, met_by = picture("firefly"), more and more.met_by
     return made(function(self)
         local t, pace = math.random() * 40, 0.01 + math.random() * 0.015
         while true do
             t = t + pace
-            self.x, self.y = x + 26 * math.sin(t) + 8 * math.sin(2.7 * t), y + 15 * math.sin(1.3 * t + 1)
+            local place = x + 26 * math.sin(t) + 8 * math.sin(2.7 * t)
+            self.x, self.y = met_by and met(met_by, place) or place, y + 15 * math.sin(1.3 * t + 1)
             self.graph = math.sin(3 * t) > -0.55 and graph or 0
             frame()
         end
