@@ -107,7 +107,7 @@ int main() {
     for (std::size_t i = 0; i < map.size(); ++i) map[i] = static_cast<std::uint32_t>(i);
 
     ScrollScriptStruct element = script_defaults;
-    _scroll_ = &element;
+    runtime.GlobalData = reinterpret_cast<std::uint8_t*>(&element);
     select_scroll(0);
     ScrollRecord& r = *pscroll;
     r.planes = 1;

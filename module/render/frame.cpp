@@ -31,7 +31,8 @@ void add_scroll_entry(std::int32_t number) {
     entry.draw = BlitScroll2D;
 }
 
-// Moves the current scroll, then draws what belongs behind its sprites:
+// Moves the current scroll, then draws what belongs behind its sprites. False when the host has stopped it
+// meanwhile.
 //
 //   planes   mode                  drawn here                 plane 1 among the sprites
 //   1        0 scroll_normal       plane 1 opaque             no
@@ -41,8 +42,9 @@ void add_scroll_entry(std::int32_t number) {
 //   2        1, 3 layer modes      plane 2                    yes
 //
 // A record's planes are 1 or 2 and its mode 0 to 3: nothing else passes scroll_start.
-void draw_scroll() {
+bool draw_scroll() {
     move_scroll(pscroll->planes);
+    if (!fit_to_draw(*pscroll)) return false;
     if (pscroll->planes == 1) {
         if (pscroll->mode == scroll_normal) draw_scroll_simple();
         if (pscroll->mode == scroll_normal_key) draw_scroll_layer_plane1(nullptr);
@@ -51,6 +53,7 @@ void draw_scroll() {
     } else {
         draw_scroll_parallax();
     }
+    return true;
 }
 
 }  // namespace
@@ -58,23 +61,23 @@ void draw_scroll() {
 void do_scrolls() {
     if (rvkre->Graphics->SelectBlitList(nullptr) == 0) return;
     for (std::int32_t i = scroll_count - 1; i >= 0; --i) {
-        _scroll_ = script_element(i);
-        if (_scroll_->visible <= 0) continue;
-        pscroll = &scroll_sys[i];
-        if (pscroll->active == 0 || look_up_destination(*pscroll) == nullptr) continue;
+        select_scroll(i);
+        if (_scroll_->visible <= 0 || pscroll->active == 0 || look_up_destination(*pscroll) == nullptr)
+            continue;
         add_scroll_entry(i);
     }
 }
 
 std::int32_t BlitScroll2D(__RVKBlit2D__* blit) {
     if (blit == nullptr || !is_scroll_number(blit->id)) return 0;
+    const SelectionKept kept;
     select_scroll(blit->id);
     if (pscroll->active == 0) return 0;
     if (look_up_plane_maps(*pscroll) != MapState::ready) return 0;
     if (look_up_destination(*pscroll) == nullptr) return 0;
-    _scroll_ = script_element(scroll_num);
-    if (!bring_view_up_to_date()) return 0;
-    draw_scroll();
+    // Afresh: looking maps up is the host's work, and it may move its data.
+    select_scroll(scroll_num);
+    if (!bring_view_up_to_date() || !draw_scroll()) return 0;
     draw_scroll_sprites(blit);
     blit->drawn = 1;
     return 1;

@@ -42,21 +42,27 @@ bool choose_graph_by_angle(ProcessLocals& p) {
     return true;
 }
 
+// The host may stop scrolls from any slot, and with the scroll of this pass its processes end. So nothing of
+// a process is read or written after a call into the host before it is known that the scroll still runs;
+// while it does, what it shows lives.
+
 // The graphic of a process, or null when it has none that can be drawn.
 //   writes: max_graph_scroll2D, pfpg_scroll2D, pfpgmap_scroll2D
 MapRecord* look_up_graphic(const ProcessLocals& p) {
-    max_graph_scroll2D = graph_limit(p.file);
-    if (p.graph <= 0 || p.graph >= max_graph_scroll2D) return nullptr;
-    pfpg_scroll2D = rvkre->Graphics->GetFile(p.file);
-    pfpgmap_scroll2D = rvkre->Graphics->GetMap(p.file, p.graph);
+    const std::int32_t file = p.file;
+    const std::int32_t graph = p.graph;
+    max_graph_scroll2D = graph_limit(file);
+    if (graph <= 0 || graph >= max_graph_scroll2D) return nullptr;
+    pfpg_scroll2D = rvkre->Graphics->GetFile(file);
+    pfpgmap_scroll2D = rvkre->Graphics->GetMap(file, graph);
     if (pfpg_scroll2D == nullptr || pfpg_scroll2D->word1 == 0) return nullptr;
     if (pfpgmap_scroll2D == nullptr || pfpgmap_scroll2D->word0 == 0) return nullptr;
     return pfpgmap_scroll2D->bitmap;
 }
 
-// Clips an entry to the scroll's view, and to the process's region when it has one. The region is taken in
+// Clips an entry to the scroll's view, and to its process's region when it has one. The region is taken in
 // world coordinates: it moves with the scroll.
-void clip(__RVKBlit2D__& entry, const ProcessLocals& p) {
+void clip(__RVKBlit2D__& entry) {
     const ScrollRecord& r = *pscroll;
     const std::int64_t right = std::int64_t{r.dest_x} + r.width - 1;
     const std::int64_t bottom = std::int64_t{r.dest_y} + r.height - 1;
@@ -66,9 +72,10 @@ void clip(__RVKBlit2D__& entry, const ProcessLocals& p) {
     entry.clip_y = r.dest_y;
     entry.clip_y2 = saturate32(bottom);
 
-    if (p.region < 1 || p.region >= max_region_scroll2D) return;
-    if (rvkre->Graphics->RegionDefined(p.region) == 0) return;
-    const __RVKRegion__* const region = pregion_scroll2D = rvkre->Graphics->Regions + p.region;
+    const std::int32_t number = entry.region;
+    if (number < 1 || number >= max_region_scroll2D) return;
+    if (rvkre->Graphics->RegionDefined(number) == 0) return;
+    const __RVKRegion__* const region = pregion_scroll2D = rvkre->Graphics->Regions + number;
     entry.clip_x = saturate32(std::max<std::int64_t>(r.dest_x, region->x + to_destination_x(r)));
     entry.clip_x2 = saturate32(std::min(right, region->x2 + to_destination_x(r)));
     entry.clip_y = saturate32(std::max<std::int64_t>(r.dest_y, region->y + to_destination_y(r)));
@@ -89,7 +96,7 @@ BlitRoutine choose_sprite_routine(const __RVKBlit2D__& entry) {
 void add_process_entry(ProcessLocals& p, MapRecord* graphic) {
     const ScrollRecord& r = *pscroll;
     pbltScroll2D = rvkre->Graphics->NewBlit();
-    if (pbltScroll2D == nullptr) return;
+    if (pbltScroll2D == nullptr || pscroll->active == 0) return;
     __RVKBlit2D__& entry = *pbltScroll2D;
     entry.owner = &p;
     entry.graph_table = p.graph_table;
@@ -108,12 +115,12 @@ void add_process_entry(ProcessLocals& p, MapRecord* graphic) {
     entry.word29 = p.word47;
     entry.word30 = p.word48;
     entry.word31 = p.word49;
-    clip(entry, p);
     entry.bitmap = graphic;
     entry.target = r.dest_map;
     entry.pos_x = wrap32(whole_pixels(p.x, p.resolution) + to_destination_x(r));
     entry.pos_y = wrap32(whole_pixels(p.y, p.resolution) + to_destination_y(r));
     entry.draw = choose_sprite_routine(entry);
+    clip(entry);
 }
 
 // A process that reaches the search for its graphic is marked as handled, drawn or not.
@@ -121,8 +128,9 @@ void collect_process(ProcessLocals& p) {
     if (!is_alive_and_shown(p)) return;
     if (p.file < 0 || p.file >= max_fpg_scroll2D) return;
     if (p.graph_table != nullptr && !choose_graph_by_angle(p)) return;
-    if (MapRecord* const graphic = look_up_graphic(p)) add_process_entry(p, graphic);
-    p.scroll_mark = 1;
+    MapRecord* const graphic = look_up_graphic(p);
+    if (graphic != nullptr && pscroll->active != 0) add_process_entry(p, graphic);
+    if (pscroll->active != 0) p.scroll_mark = 1;
 }
 
 void add_layer_entry(std::int32_t z) {
@@ -132,14 +140,12 @@ void add_layer_entry(std::int32_t z) {
     pbltScroll2D->draw = draw_scroll_layer_plane1;
 }
 
-// Draws the entries of the current list in the host's order. A sprite's routine may stop a scroll, which
-// selects that one, so the scroll of this pass is selected anew for each.
-void draw_entries(std::int32_t this_scroll) {
+// Draws the entries of the current list in the host's order.
+void draw_entries() {
     const Graphics2DInterface& g = *rvkre->Graphics;
     g.SortBlitList();
     pBlit2DZOrder = g.GetBlitList()->zorder;
     for (std::int32_t i = 0; i < num_blits_scroll2D; ++i, ++pBlit2DZOrder) {
-        select_scroll(this_scroll);
         __RVKBlit2D__* const entry = *pBlit2DZOrder;
         entry->draw(entry);
     }
@@ -154,11 +160,11 @@ void draw_scroll_sprites(const __RVKBlit2D__* scroll_entry) {
     max_region_scroll2D = g.RegionCount();
     if (is_layer_mode(pscroll->mode)) add_layer_entry(scroll_entry->z);
     for (ProcessNode* node = rvkre->Processes->FirstProcessOfType(c_scroll); node != nullptr;
-         node = node->next) {
+         node = pscroll->active != 0 ? node->next : nullptr) {
         collect_process(*node->data);
     }
     num_blits_scroll2D = g.BlitListCount();
-    if (num_blits_scroll2D != 0) draw_entries(scroll_num);
+    if (num_blits_scroll2D != 0 && pscroll->active != 0) draw_entries();
     g.ClearBlitList();
     g.SelectBlitList(nullptr);
 }

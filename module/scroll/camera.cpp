@@ -113,7 +113,7 @@ void move_scroll(std::int32_t planes) {
     if (_scroll_->camera == 0) {
         go_to_script_position(1);
         if (planes == 2) go_to_script_position(2);
-    } else if (rvkre->Processes->ProcessExists(_scroll_->camera) != 0) {
+    } else if (rvkre->Processes->ProcessExists(_scroll_->camera) != 0 && pscroll->active != 0) {
         follow_camera(planes);
     }
 }
@@ -124,18 +124,18 @@ std::int32_t RVK_scroll_move() {
     using namespace scroll2d;
     std::int32_t number;
     if (!pop_scroll_range("SCROLL_MOVE", number)) return rvkre->ReturnInt(failure);
+    const SelectionKept kept;
     const ScrollRange range = scroll_range(number);
     std::int32_t moved = 0;
     for (std::int32_t i = range.first; i <= range.last; ++i) {
         select_scroll(i);
         if (pscroll->active == 0) continue;
-        _scroll_ = script_element(i);
         const MapState maps = look_up_plane_maps(*pscroll);
         if (maps == MapState::gone) return rvkre->ReturnInt(0);
-        if (maps == MapState::too_small) continue;
+        if (maps != MapState::ready) continue;
         make_buffers_fit(*pscroll);
         move_scroll(pscroll->planes);
-        ++moved;
+        if (pscroll->active != 0) ++moved;
     }
     return rvkre->ReturnInt(moved);
 }

@@ -73,7 +73,9 @@ void take_aim(ScrollRecord& r, const Aim& aim) {
 bool renew_running_scroll(ScrollRecord& r) {
     if (stored_view(r).empty()) return true;
     if (renew_buffers(r) != 0) return false;
-    if (look_up_plane_maps(r) != MapState::ready) disown_buffers(r);
+    const MapState maps = look_up_plane_maps(r);
+    if (maps == MapState::stopped) return true;
+    if (maps != MapState::ready) disown_buffers(r);
     for (std::int32_t number = 1; number <= r.planes; ++number) {
         const Plane plane = plane_of(r, number);
         set_scroll(number, plane.x, plane.y);
@@ -104,11 +106,11 @@ std::int32_t RVK_scroll_set_destination() {
     if (map == nullptr) return rvkre->ReturnInt(0);
 
     const View view = cut_to(view_of(a.region == -1 ? nullptr : pregion_scroll2D, *map), *map);
+    const SelectionKept kept;
     const ScrollRange range = scroll_range(a.num);
     std::int32_t aimed = 0;
     for (std::int32_t i = range.first; i <= range.last; ++i) {
         select_scroll(i);
-        _scroll_ = script_element(i);
         const std::int32_t result = aim_scroll(*pscroll, a, map, view);
         if (result < 0) return fail(name, error_no_memory, 0, 0);
         aimed += result;

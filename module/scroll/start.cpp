@@ -60,7 +60,7 @@ bool accepted(const Arguments& a) {
 //   writes: pscroll, pfpgmap1_scroll2D, pfpgmap2_scroll2D; graph1 and graph2 of the record
 std::int32_t choose_maps(const Arguments& a) {
     const Graphics2DInterface& g = *rvkre->Graphics;
-    pscroll = &scroll_sys[a.num];
+    select_scroll(a.num);
     pfpgmap1_scroll2D = pfpgmap2_scroll2D = nullptr;
 
     pfpgmap1_scroll2D = g.GetMap(a.file, a.graph1);
@@ -110,17 +110,16 @@ bool set_up_plane(std::int32_t number, const MapRecord& map, BufferSize size) {
 }
 
 std::int32_t start(const Arguments& a, std::int32_t planes) {
-    scroll_num = a.num;
     ScrollRecord& r = *pscroll;
     if (r.active != 0) stop_scroll(a.num);
-    // After the stop: ending processes is the host's work, and it may move its data.
-    _scroll_ = script_element(a.num);
 
     r.file = a.file;
     r.flags = a.flags;
     r.region = a.region;
     r.mode = a.mode;
     store_view(r, starting_view(r, look_up_destination(r)));
+    // Afresh: ending processes and looking maps up is the host's work, and it may move its data.
+    select_scroll(a.num);
     if (stored_view(r).empty()) return fail(name, error_empty_view, 5, a.region);
 
     const BufferSize size = buffer_size(r);
@@ -145,6 +144,7 @@ std::int32_t RVK_scroll_start() {
     using namespace scroll2d;
     const Arguments arguments = pop_arguments();
     if (!accepted(arguments)) return rvkre->ReturnInt(failure);
+    const SelectionKept kept;
     const std::int32_t planes = choose_maps(arguments);
     if (planes == 0) return fail(name, error_no_map, 3, arguments.graph1);
     return start(arguments, planes);

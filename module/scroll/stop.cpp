@@ -25,7 +25,7 @@ void delete_scroll_processes() {
 }
 
 void reset_script_element(std::int32_t number) {
-    _scroll_ = script_element(number);
+    select_scroll(number);
     *_scroll_ = script_defaults;
 }
 
@@ -41,22 +41,22 @@ void release_scroll(std::int32_t number) {
 }
 
 void stop_scroll(std::int32_t number) {
-    pscroll = &scroll_sys[number];
+    select_scroll(number);
     release_scroll(number);
     delete_scroll_processes();
 }
 
 void StopScroll(std::int32_t number) {
     if (!is_scroll_number(number)) return;
-    select_scroll(number);
+    const SelectionKept kept;
     release_scroll(number);
     reset_script_element(number);
     delete_scroll_processes();
 }
 
 void StopAllScroll() {
+    const SelectionKept kept;
     for (std::int32_t i = scroll_count - 1; i >= 0; --i) {
-        select_scroll(i);
         release_scroll(i);
         reset_script_element(i);
     }
@@ -69,6 +69,7 @@ std::int32_t RVK_scroll_stop() {
     using namespace scroll2d;
     std::int32_t number;
     if (!pop_scroll_range("SCROLL_STOP", number)) return rvkre->ReturnInt(failure);
+    const SelectionKept kept;
     const ScrollRange range = scroll_range(number);
     std::int32_t stopped = 0;
     for (std::int32_t i = range.first; i <= range.last; ++i) {

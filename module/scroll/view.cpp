@@ -26,6 +26,17 @@ void report_shortage(ScrollRecord& r, std::int32_t failed_plane) {
     rvkre->RaiseError(error_no_memory, module_name, 0, 0, failed_plane == 1 ? bytes : 0);
 }
 
+MapState look_up_plane_map(ScrollRecord& r, std::int32_t number) {
+    const Plane plane = plane_of(r, number);
+    plane.entry = rvkre->Graphics->GetMap(r.file, plane.graph);
+    if (r.active == 0) return MapState::stopped;
+    const MapRecord* const bitmap = usable_bitmap(plane.entry);
+    if (bitmap == nullptr) return MapState::gone;
+    if (bitmap->width < plane.map_width || bitmap->height < plane.map_height) return MapState::too_small;
+    take_pixels(plane, *bitmap);
+    return MapState::ready;
+}
+
 bool renew_view(ScrollRecord& r) {
     const std::int32_t failed_plane = renew_buffers(r);
     if (failed_plane != 0) {
@@ -74,8 +85,8 @@ MapRecord* look_up_destination(ScrollRecord& r) {
 
 MapState look_up_plane_maps(ScrollRecord& r) {
     MapState worst = MapState::ready;
-    for (std::int32_t number = 1; number <= r.planes && worst != MapState::gone; ++number) {
-        worst = std::max(worst, look_up_plane_map(r.file, plane_of(r, number)));
+    for (std::int32_t number = 1; number <= r.planes && worst < MapState::stopped; ++number) {
+        worst = std::max(worst, look_up_plane_map(r, number));
     }
     return worst;
 }
@@ -92,7 +103,7 @@ std::int32_t make_buffers_fit(ScrollRecord& r) {
 bool bring_view_up_to_date() {
     ScrollRecord& r = *pscroll;
     const __RVKRegion__* const region = region_at(r.region);
-    if (region == nullptr && r.region != -1) return false;
+    if (r.active == 0 || (region == nullptr && r.region != -1)) return false;
 
     const std::int32_t failed_plane = make_buffers_fit(r);
     if (failed_plane != 0) {

@@ -48,8 +48,17 @@ void store_view(ScrollRecord& r, const View& view);
 //   writes: dest_map; pfpgmap_scroll2D for a map
 MapRecord* look_up_destination(ScrollRecord& r);
 
-// Brings the maps of all the scroll's planes into the record; the worst that was found. A map that has gone
-// ends the look-up.
+// What a look-up of a running scroll's maps found. The order is that of severity.
+enum class MapState {
+    ready,
+    too_small,  // there, but smaller than the size on record: nothing could be read from it safely
+    stopped,    // the host has stopped the scroll meanwhile
+    gone,
+};
+
+// Brings the maps of all the scroll's planes into the record: pixels and alpha flags; the sizes stay those of
+// the start or the last refresh. The worst that was found; the last two end the look-up.
+//   writes: pfpgmap1_scroll2D, pfpgmap2_scroll2D, the planes' map fields
 MapState look_up_plane_maps(ScrollRecord& r);
 
 // Makes a scroll whose colour depth has changed fit again, or one that had no map to be filled from: new
@@ -60,8 +69,9 @@ std::int32_t make_buffers_fit(ScrollRecord& r);
 
 // Brings the view of the current scroll up to its region and its destination as they are now, with new
 // buffers when the size has changed or the view has left the destination. False when there is nothing to draw
-// this time: the view is empty, or the host has taken its region away. A failed allocation is reported as
-// error 100, once for a size until there is memory again; the scroll then keeps its old view and buffers.
+// this time: the view is empty, or the host has taken its region away or stopped the scroll. A failed
+// allocation is reported as error 100, once for a size until there is memory again; the scroll then keeps its
+// old view and buffers.
 //   reads: pscroll, _scroll_
 bool bring_view_up_to_date();
 

@@ -57,22 +57,4 @@ inline void take_map(const Plane& plane, const MapRecord& map) {
     take_pixels(plane, map);
 }
 
-// What a look-up of a plane's map found. The order is that of severity.
-enum class MapState {
-    ready,
-    too_small,  // there, but smaller than the size on record: nothing could be read from it safely
-    gone,
-};
-
-// Brings the current map of a plane into its record: pixels and alpha flag; the sizes stay those of the start
-// or the last refresh.   writes: pfpgmap1_scroll2D or pfpgmap2_scroll2D, the plane's map fields
-inline MapState look_up_plane_map(std::int32_t file, Plane plane) {
-    plane.entry = rvkre->Graphics->GetMap(file, plane.graph);
-    const MapRecord* bitmap = usable_bitmap(plane.entry);
-    if (bitmap == nullptr) return MapState::gone;
-    if (bitmap->width < plane.map_width || bitmap->height < plane.map_height) return MapState::too_small;
-    take_pixels(plane, *bitmap);
-    return MapState::ready;
-}
-
 }  // namespace scroll2d

@@ -23,13 +23,10 @@ std::int32_t max_region_scroll2D;
 void* scroll2D_blitlist;
 ScrollSystemInterface scrollSystem;
 
-ScrollScriptStruct* script_element(std::int32_t number) {
-    return reinterpret_cast<ScrollScriptStruct*>(rvkre->GlobalData + _scroll_offset_) + number;
-}
-
 void select_scroll(std::int32_t number) {
     scroll_num = number;
     pscroll = &scroll_sys[number];
+    _scroll_ = reinterpret_cast<ScrollScriptStruct*>(rvkre->GlobalData + _scroll_offset_) + number;
 }
 
 }  // namespace scroll2d

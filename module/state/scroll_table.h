@@ -1,9 +1,9 @@
 // The ten scrolls: their records, their script elements, and the globals by which routines address the
 // current scroll. This is the one place where the module keeps state; scroll_table.cpp owns all of it.
 //
-// Selecting scroll n means scroll_num = n and pscroll = its record; _scroll_, its script element, is computed
-// afresh from the host's data at every entry, since the host may move its global data between two calls.
-// The module runs on the host's one thread and no routine is re-entrant.
+// Selecting scroll n means scroll_num = n, pscroll = its record and _scroll_ = its script element, computed
+// afresh from the host's data, since the host may move its global data between two calls. The module runs on
+// the host's one thread. No routine is re-entrant, but a host may stop scrolls from any of its slots.
 #pragma once
 
 #include <cstdint>
@@ -165,11 +165,21 @@ constexpr ScrollRange scroll_range(std::int32_t number) {
     return number == all_scroll ? ScrollRange{0, scroll_count - 1} : ScrollRange{number, number};
 }
 
-// The script element of a scroll, where the host keeps it at this moment.
-ScrollScriptStruct* script_element(std::int32_t number);
-
-// writes: scroll_num, pscroll
+// Makes a scroll the current one.   writes: scroll_num, pscroll, _scroll_
 void select_scroll(std::int32_t number);
+
+// Selects, when it goes, the scroll that was current before. An entry point that a host may call from one of
+// its slots holds one, so that whatever called the slot goes on with its own scroll.
+class SelectionKept {
+  public:
+    SelectionKept() = default;
+    SelectionKept(const SelectionKept&) = delete;
+    SelectionKept& operator=(const SelectionKept&) = delete;
+    ~SelectionKept() { select_scroll(number_); }
+
+  private:
+    std::int32_t number_ = scroll_num;
+};
 
 // What belongs to one plane. The two planes differ by this data alone: every algorithm is written once, for
 // "a plane".
