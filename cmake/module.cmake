@@ -14,6 +14,7 @@ add_library(scroll2d_objects OBJECT
     module/scroll/camera.cpp
     module/scroll/refresh.cpp
     module/scroll/destination.cpp
+    module/render/vector_unit.cpp
     module/render/plane_single.cpp
     module/render/plane_layer.cpp
     module/render/plane_parallax.cpp

@@ -7,6 +7,7 @@
 
 #include "module/contract/host_records.h"
 #include "module/render/pixel_rules.h"
+#include "module/render/vector_unit.h"
 #include "module/state/scroll_table.h"
 
 namespace scroll2d {
@@ -202,9 +203,10 @@ void lay_rows_sse2(const Arguments&... arguments) {
 // each rule small.
 template <class... Arguments>
 void lay_rows_in_vectors(const Arguments&... arguments) {
-    const auto lay = __builtin_cpu_supports("avx2")     ? lay_rows_avx2<Arguments...>
-                     : __builtin_cpu_supports("sse4.1") ? lay_rows_sse4<Arguments...>
-                                                        : lay_rows_sse2<Arguments...>;
+    const VectorUnit unit = vector_unit();
+    const auto lay = unit == VectorUnit::avx2   ? lay_rows_avx2<Arguments...>
+                     : unit == VectorUnit::sse4 ? lay_rows_sse4<Arguments...>
+                                                : lay_rows_sse2<Arguments...>;
     lay(arguments...);
 }
 

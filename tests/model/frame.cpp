@@ -3,6 +3,7 @@
 
 #include "tests/model/model.h"
 #include "tests/model/numbers.h"
+#include "tests/model/routines.h"
 
 namespace model {
 
@@ -94,10 +95,12 @@ void Model::draw_sprites(int n, std::int32_t entry_z) {
     if (list.empty()) return;
     std::stable_sort(list.begin(), list.end(), [](const Entry& a, const Entry& b) { return a[14] > b[14]; });
     for (const Entry& entry : list) {
-        if (entry[44] == 0)
-            draw(s, [](Look l, Pixel d, Pixel f, Pixel) { return front_layer(l, d, f); });
-        else
-            sprite_(entry, surface(reinterpret_cast<const MapRecord*>(entry[42])), surface(destination(s)));
+        if (entry[44] == 0) {
+            if (s.active) draw(s, [](Look l, Pixel d, Pixel f, Pixel) { return front_layer(l, d, f); });
+            continue;
+        }
+        sprite_(entry, surface(reinterpret_cast<const MapRecord*>(entry[42])), surface(destination(s)));
+        if (entry[31] == kStopsScroll) stop_service(entry[30]);
     }
     sprite_passes.push_back(std::move(list));
 }

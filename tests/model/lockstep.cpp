@@ -6,6 +6,7 @@
 #include <random>
 #include <utility>
 
+#include "tests/model/records.h"
 #include "tests/model/routines.h"
 #include "tests/png.h"
 
@@ -74,10 +75,13 @@ std::filesystem::path module_path(const char* built) {
     return chosen != nullptr ? chosen : built;
 }
 
-Lockstep::Lockstep(const host::Options& options, const std::filesystem::path& module)
+Lockstep::Lockstep(const host::Options& options, const std::filesystem::path& module,
+                   scroll2d::VectorUnit widest)
     : engine(options), model(engine, stamp) {
     replace_routines(engine.graphics());
     engine.load(module);
+    inside_ = static_cast<const Inside*>(engine.symbol("scroll2d_inside"));
+    if (inside_ != nullptr) *inside_->widest_unit = widest;
     memory.attach(module.c_str());
     // A module that was not unloaded since its last game may remember positions of second planes.
     engine.files().create_map(1, 1, 1, 1);
@@ -177,13 +181,34 @@ void Lockstep::stop_all_service() {
                        [&] { return model.stop_all_service(), 0; });
 }
 
-void Lockstep::change_video_mode(const host::VideoMode& mode, bool reset) {
+void Lockstep::change_video_mode(const host::VideoMode& mode, bool reset,
+                                 const std::function<void()>& meanwhile) {
     note("video mode " + text(mode.width) + " x " + text(mode.height) + " at " + text(mode.bits_per_pixel) +
          (reset ? " bits, reset" : " bits"));
-    const host::ModeChange how{
-        .reset = reset, .convert_maps = true, .before_update = [this] { bitmaps_changed(); }};
-    step<std::int32_t>([&] { return engine.change_video_mode(mode, how), 0; },
-                       [&] { return reset ? (model.stop_all_service(), 0) : 0; });
+    const auto before_update = [&] {
+        bitmaps_changed();
+        if (model.depth_is_news()) meanwhile();
+        note("update");
+        begin_step();
+        if (reset) model.stop_all_service();
+        model.take_depth();
+    };
+    engine.change_video_mode(
+        mode,
+        {.reset = reset, .keep_old_screen = true, .convert_maps = true, .before_update = before_update});
+    check();
+}
+
+void Lockstep::begin_anew() {
+    note("init");
+    // The host gives the list that it has.
+    Graphics2DInterface& g = engine.graphics();
+    const auto create =
+        std::exchange(g.CreateBlitList, [](const char* name, std::int32_t, std::int32_t) -> void* {
+            return host::Engine::live()->blit_lists().find(name);
+        });
+    step<std::int32_t>([&] { return engine.run_hook(host::Hook::init), 0; }, [&] { return model.init(), 0; });
+    g.CreateBlitList = create;
 }
 
 void Lockstep::frame() {
@@ -285,6 +310,7 @@ void Lockstep::check() {
         if (model.elements[n] != actual)
             differ("element " + std::to_string(n) + " of scroll[]" + differences(model.elements[n], actual));
     }
+    if (inside_ != nullptr) check_records();
     check_processes();
     check_sprite_passes();
     check_bitmap("screen", engine.screen());
@@ -295,6 +321,14 @@ void Lockstep::check() {
     same(model.buffers(), static_cast<int>(memory.live.size()), "blocks of memory");
     same(0, memory.bad_frees, "wrong frees");
     if (++checks_ % 64 == 0) same({}, engine.untouched(), "words that are the host's");
+}
+
+void Lockstep::check_records() {
+    for (std::size_t n = 0; n < 10; ++n) {
+        const scroll2d::ScrollRecord& record = inside_->records[n];
+        const std::string wrong = trouble_of(record, memory) + differences(model.scrolls[n], record);
+        if (!wrong.empty()) differ("record of scroll " + std::to_string(n) + wrong);
+    }
 }
 
 void Lockstep::check_processes() {

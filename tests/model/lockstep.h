@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "host/engine.h"
+#include "tests/model/inside.h"
 #include "tests/model/model.h"
 #include "tests/module/allocation.h"
 
@@ -35,14 +36,19 @@ class Lockstep {
     host::Engine engine;
     Model model;
 
-    Lockstep(const host::Options& options, const std::filesystem::path& module);
+    // Of a module that was linked for tests the records are compared too, and `widest` limits its vector
+    // unit.
+    Lockstep(const host::Options& options, const std::filesystem::path& module,
+             scroll2d::VectorUnit widest = scroll2d::VectorUnit::avx2);
 
     // ---- The module's doings. Each throws Mismatch, after writing pictures where pixels differ.
     std::int32_t call(const std::string& function, std::initializer_list<std::int32_t> arguments);
     void frame();
     // By an entry of the test's own, of any number, whether or not a frame would show the scroll.
     void draw_unscheduled(std::int32_t scroll, std::int32_t z);
-    void change_video_mode(const host::VideoMode& mode, bool reset);
+    // `meanwhile` happens once the depth is new, before the module hears of it.
+    void change_video_mode(const host::VideoMode& mode, bool reset, const std::function<void()>& meanwhile);
+    void begin_anew();  // the init hook once more
     void stop_service(std::int32_t scroll);
     void stop_all_service();
     void ask_services(std::int32_t scroll, std::int32_t mask, __RVKRegion__ world);
@@ -64,6 +70,7 @@ class Lockstep {
     void begin_step();
     void check();
     void check_bitmap(const std::string& name, host::Bitmap& bitmap);
+    void check_records();
     void check_processes();
     void check_sprite_passes();
     void draw_entry(__RVKBlit2D__& entry);
@@ -74,6 +81,7 @@ class Lockstep {
     void same(const Value& expected, const Value& actual, const std::string& what) const;
     std::span<std::int32_t> script_fields();
 
+    const Inside* inside_ = nullptr;  // of a module that shows it
     int failing_ = 0;
     bool failing_for_good_ = false;
     std::vector<std::string> notes_;

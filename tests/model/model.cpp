@@ -6,17 +6,20 @@
 
 namespace model {
 
-namespace {
-
-bool valid(const MapRecord* b) {
-    return b != nullptr && b->pixels != nullptr && b->width >= 1 && b->height >= 1;
-}
-
-}  // namespace
-
 Model::Model(host::Engine& engine, Sprite sprite) : engine_(engine), sprite_(std::move(sprite)) {
     elements.fill(kDefaults);
+    init();
     look_at_bitmaps();
+}
+
+void Model::init() {
+    for (Scroll& s : scrolls) {
+        release(s);
+        s.planes = s.file = s.plane[0].graph = s.plane[1].graph = s.dest_file = s.dest_graph = 0;
+        s.alpha = 255;
+        s.width = s.height = 0;
+    }
+    take_depth();
 }
 
 void Model::look_at_bitmaps() {
@@ -44,13 +47,18 @@ void Model::look_at_processes() {
 Int Model::bytes() const {
     return host::bytes_per_pixel(engine_.video().bits_per_pixel);
 }
+bool Model::usable(const MapRecord* b) const {
+    return b != nullptr && b->pixels != nullptr && b->width >= 1 && b->height >= 1 && !depth_is_news();
+}
 const MapRecord* Model::bitmap(std::int32_t f, std::int32_t graph) const {
     host::Map* map = engine_.files().find_map(f, graph);
-    return map != nullptr && valid(map->entry().bitmap) ? map->entry().bitmap : nullptr;
+    return map != nullptr && usable(map->entry().bitmap) ? map->entry().bitmap : nullptr;
+}
+const MapRecord* Model::screen() const {
+    return usable(engine_.graphics().ScreenMap) ? engine_.graphics().ScreenMap : nullptr;
 }
 const MapRecord* Model::destination(const Scroll& s) const {
-    if (s.dest_graph == 0) return engine_.graphics().ScreenMap;
-    return bitmap(s.dest_file, s.dest_graph);
+    return s.dest_graph == 0 ? screen() : bitmap(s.dest_file, s.dest_graph);
 }
 const __RVKRegion__* Model::region(std::int32_t number) const {
     if (number < 0 || number >= engine_.regions().count()) return nullptr;

@@ -61,8 +61,9 @@ struct Plane {
     Int map_width = 0;  // on record; also the row length by which the map is read
     Int map_height = 0;
     bool alpha_flag = false;
-    const MapRecord* map = nullptr;  // as last looked up
-    std::vector<Pixel> picture;      // width x height
+    const MapRecord* map = nullptr;    // as last looked up
+    const void* map_pixels = nullptr;  // its pixels then
+    std::vector<Pixel> picture;        // width x height
 };
 
 struct Scroll {
@@ -106,6 +107,11 @@ class Model {
     void look_at_processes();
 
     // ---- The module's doings. Each returns what the script or the host gets.
+    void init();
+    void take_depth() {
+        depth_bytes_ = bytes();
+    }  // at an update; until then no bitmap of a new depth is touched
+    [[nodiscard]] bool depth_is_news() const { return depth_bytes_ != bytes(); }
     std::int32_t start(std::span<const std::int32_t> arguments);
     std::int32_t stop(std::int32_t number);
     std::int32_t move(std::int32_t number);
@@ -139,7 +145,9 @@ class Model {
     std::int32_t fail(std::int32_t code, const char* function, std::int32_t argument, Int value);
     bool refuse_number(std::int32_t number, const char* function, std::int32_t code);
     bool allocate(Int size);
+    [[nodiscard]] bool usable(const MapRecord* bitmap) const;
     [[nodiscard]] const MapRecord* bitmap(std::int32_t file, std::int32_t graph) const;
+    [[nodiscard]] const MapRecord* screen() const;
     [[nodiscard]] const MapRecord* destination(const Scroll& s) const;
     [[nodiscard]] const __RVKRegion__* region(std::int32_t number) const;
     void set_pixel(const MapRecord* bitmap, Int index, Pixel value);
@@ -153,6 +161,7 @@ class Model {
     void set(int scroll, int plane, Int x, Int y);
     void shift(int scroll, int plane, Int dx, Int dy);
     Maps look_up_maps(Scroll& s);
+    static void take_pixels(Plane& p, const MapRecord* map);
     static void take_map(Plane& p, const MapRecord* map);
 
     // Views and buffers
@@ -180,6 +189,7 @@ class Model {
 
     host::Engine& engine_;
     Sprite sprite_;
+    Int depth_bytes_ = 0;
     int failing_ = 0;
     bool failing_for_good_ = false;
 };

@@ -99,17 +99,21 @@ Model::Maps Model::look_up_maps(Scroll& s) {
             too_small = true;
             continue;
         }
-        p.map = map;
-        p.alpha_flag = map->alpha_flag != 0;
+        take_pixels(p, map);
     }
     return too_small ? Maps::too_small : Maps::ready;
 }
 
-void Model::take_map(Plane& p, const MapRecord* map) {
+void Model::take_pixels(Plane& p, const MapRecord* map) {
     p.map = map;
+    p.map_pixels = map->pixels;
+    p.alpha_flag = map->alpha_flag != 0;
+}
+
+void Model::take_map(Plane& p, const MapRecord* map) {
+    take_pixels(p, map);
     p.map_width = map->width;
     p.map_height = map->height;
-    p.alpha_flag = map->alpha_flag != 0;
 }
 
 // ---- Views and buffers

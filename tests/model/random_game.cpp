@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/model/routines.h"
+
 namespace model {
 
 namespace {
@@ -69,7 +71,8 @@ constexpr std::size_t kProcesses = 24;  // at most
 
 class Game {
   public:
-    Game(Bytes& bytes, const std::filesystem::path& module) : in(bytes), run(options(bytes), module) {
+    Game(Bytes& bytes, const std::filesystem::path& module, scroll2d::VectorUnit widest)
+        : in(bytes), run(options(bytes), module, widest) {
         for (std::int32_t graph = 1; graph <= 4; ++graph) make_map(1, graph);
         for (std::int32_t region = 1; region < kRegions; ++region) define_region(region);
         redraw_screen();
@@ -319,7 +322,13 @@ class Game {
 
     void change_mode() {
         const host::VideoMode mode{in.of(kScreenExtents), in.of(kScreenExtents), in.of(kDepths)};
-        run.change_video_mode(mode, in.one_in(4));
+        run.change_video_mode(mode, in.one_in(4), [this] {
+            run.draw_unscheduled(0, 0);
+            for (const char* function : {"scroll_move", "scroll_refresh"}) run.call(function, {-1});
+            run.call("scroll_start", {1, 1, 1, 2, -1, 0});
+            run.call("scroll_set_destination", {-1, 0, 0, -1});
+            run.frame();
+        });
         if (in.one_in(2)) redraw_screen();
     }
 
@@ -387,7 +396,7 @@ class Game {
         run.bitmaps_changed();
     }
     void odd_host() {
-        switch (in.below(5)) {
+        switch (in.below(8)) {
             case 0:
                 run.engine.move_globals();
                 break;
@@ -402,8 +411,18 @@ class Game {
                 run.draw_unscheduled(n, in.number());
                 break;
             }
-            default:
+            case 4:
                 if (FileRecord* f = run.engine.files().find_file(file_number())) f->word1 = in.below(2);
+                break;
+            case 5:
+                run.begin_anew();
+                break;
+            default:
+                if (ProcessLocals* p = process()) {
+                    p->word49 = kStopsScroll;
+                    p->word48 = in.below(2);
+                    p->scroll_mask = 0;
+                }
         }
     }
 
@@ -415,9 +434,10 @@ class Game {
 
 }  // namespace
 
-void play_game(std::span<const std::uint8_t> bytes, const std::filesystem::path& module) {
+void play_game(std::span<const std::uint8_t> bytes, const std::filesystem::path& module,
+               scroll2d::VectorUnit widest) {
     Bytes in(bytes);
-    Game game(in, module);
+    Game game(in, module, widest);
     while (!in.used_up()) game.step();
     game.finish();
 }

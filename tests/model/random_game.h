@@ -12,6 +12,7 @@ namespace model {
 
 // Plays until the bytes are used up. Any bytes make a game, and the same bytes the same game. Throws
 // Mismatch.
-void play_game(std::span<const std::uint8_t> bytes, const std::filesystem::path& module);
+void play_game(std::span<const std::uint8_t> bytes, const std::filesystem::path& module,
+               scroll2d::VectorUnit widest = scroll2d::VectorUnit::avx2);
 
 }  // namespace model

@@ -51,6 +51,7 @@ template <int routine>
 std::int32_t stamp_entry(__RVKBlit2D__* blit) {
     static int calls = 0;  // six routines at six addresses
     stamp(words_of(*blit), surface_of(*blit->bitmap), surface_of(*blit->target));
+    if (blit->word31 == kStopsScroll) host::Engine::live()->services()->StopScroll(blit->word30);
     return ++calls;
 }
 

@@ -190,7 +190,7 @@ std::int32_t Model::set_destination(std::int32_t number, std::int32_t f, std::in
     if (area < -1 || area >= engine_.regions().count()) return refuse(108, 4, area);
     if (area != -1 && !engine_.regions().defined(area)) return refuse(108, 4, area);
 
-    const MapRecord* on = f == 0 && graph == 0 ? engine_.graphics().ScreenMap : bitmap(f, graph);
+    const MapRecord* on = f == 0 && graph == 0 ? screen() : bitmap(f, graph);
     if (on == nullptr || (graph == 0 && f != 0)) return 0;
     const View v = cut(asked_view(region(area), *on), *on);
     std::int32_t count = 0;

@@ -12,7 +12,6 @@
 
 namespace {
 
-using model::Look;
 using model::Pixel;
 
 // Compares without the cost of an assertion per pixel; the first difference is what the test reports.
@@ -63,18 +62,6 @@ void compare_alpha_rule(Rule rule, Expected expected) {
             }
 }
 
-template <class Rule, class Expected>
-void compare_random(int count, Rule rule, Expected expected) {
-    std::mt19937 random(20240);
-    Comparison compare;
-    for (int i = 0; i < count; ++i) {
-        const Pixel d = edgy(random);
-        const Pixel s = edgy(random);
-        const Pixel b = edgy(random);
-        compare(expected(d, s, b), rule(d, s, b), d, s, b);
-    }
-}
-
 TEST_CASE("mix_pixel and fade_pixel hold for every channel value and factor") {
     Comparison mix;
     Comparison fade;
@@ -123,61 +110,6 @@ TEST_CASE("per-pixel alpha under a scroll alpha holds for every pair of the two"
                 compare(model::faded_alpha_over(d, s, static_cast<int>(alpha)),
                         scroll2d::FadedAlphaOver{alpha}(d, s), d, s, alpha);
             }
-}
-
-// A rule for one plane is what a scroll of this look asks for when it draws plane 1 over its view, plane 1 as
-// a layer, or plane 2 as a layer.
-template <class Depth>
-void compare_plain_rules() {
-    const auto narrow = [](Pixel p) { return static_cast<Depth>(p); };
-    for (const int alpha : {0, 1, 127, 128, 254, 255}) {
-        CAPTURE(alpha);
-        const Look look{.bytes = sizeof(Depth), .alpha = alpha};
-        const auto front = [&](Pixel d, Pixel s, Pixel) {
-            return model::front_layer(look, narrow(d), narrow(s));
-        };
-        const auto over = [&](Pixel d, Pixel s, Pixel) { return model::single(look, narrow(d), narrow(s)); };
-        const auto apply = [&](auto rule) {
-            return [=](Pixel d, Pixel s, Pixel) -> Pixel { return rule(narrow(d), narrow(s)); };
-        };
-        if (alpha == 255) {
-            compare_random(20000, apply(scroll2d::Keyed<Depth>{}), front);
-            compare_random(20000, apply(scroll2d::Copy<Depth>{}), over);
-        } else if constexpr (sizeof(Depth) > 1) {
-            compare_random(20000, apply(scroll2d::KeyedBlended<Depth>{narrow(static_cast<Pixel>(alpha))}),
-                           front);
-            compare_random(20000, apply(scroll2d::Blended<Depth>{narrow(static_cast<Pixel>(alpha))}), over);
-        }
-    }
-}
-
-TEST_CASE("the rules without per-pixel alpha, at each depth") {
-    compare_plain_rules<std::uint8_t>();
-    compare_plain_rules<std::uint16_t>();
-    compare_plain_rules<std::uint32_t>();
-}
-
-template <class Front, class Back>
-void compare_stacked(Front front, Back back, const Look& look) {
-    CAPTURE(look.mode);
-    const scroll2d::Stacked<Front, Back> rule{front, back};
-    compare_random(
-        400000, [&](Pixel d, Pixel f, Pixel b) { return rule(d, f, b); },
-        [&](Pixel d, Pixel f, Pixel b) { return model::one_pass(look, d, f, b); });
-}
-
-TEST_CASE("two planes in one pass: a back rule and a front rule make each of the eight cases") {
-    using namespace scroll2d;
-    using Plain = Keyed<std::uint32_t>;
-    using Whole = Copy<std::uint32_t>;
-    compare_stacked(Plain{}, Whole{}, {.mode = 0});
-    compare_stacked(Plain{}, Plain{}, {.mode = 2});
-    compare_stacked(AlphaOver{}, Whole{}, {.mode = 0, .front_alpha = true});
-    compare_stacked(AlphaOver{}, Plain{}, {.mode = 2, .front_alpha = true});
-    compare_stacked(Plain{}, OverBlack{}, {.mode = 0, .back_alpha = true});
-    compare_stacked(Plain{}, AlphaOver{}, {.mode = 2, .back_alpha = true});
-    compare_stacked(AlphaOver{}, OverBlack{}, {.mode = 0, .front_alpha = true, .back_alpha = true});
-    compare_stacked(AlphaOver{}, AlphaOver{}, {.mode = 2, .front_alpha = true, .back_alpha = true});
 }
 
 }  // namespace

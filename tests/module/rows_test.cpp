@@ -1,0 +1,169 @@
+// Every build of the loops over rows, called by name, under every rule that a scroll can ask for, at every
+// width up to a few groups of pixels, against the equations.
+#define DOCTEST_CONFIG_IMPLEMENT_WITH_MAIN
+#include <doctest/doctest.h>
+
+#include <cstdint>
+#include <random>
+#include <vector>
+
+#include "module/render/plane_drawing.h"
+#include "tests/model/pixels.h"
+
+namespace {
+
+using model::Look;
+using scroll2d::DestinationRows;
+using scroll2d::KeyedRules;
+using scroll2d::OpaqueRules;
+using scroll2d::PlaneRows;
+using scroll2d::VectorUnit;
+using scroll2d::with_rule;
+
+constexpr std::int32_t kHeight = 4;
+constexpr std::int32_t kWidest = 150;  // more than two groups, which have 64 pixels at the most
+constexpr std::int32_t kMargin = 3;    // of the destination, on both sides of the rows
+
+template <class... Arguments>
+void lay_rows_by(VectorUnit unit, const Arguments&... arguments) {
+    if (unit == VectorUnit::sse2) scroll2d::lay_rows_sse2(arguments...);
+    if (unit == VectorUnit::sse4) scroll2d::lay_rows_sse4(arguments...);
+    if (unit == VectorUnit::avx2) scroll2d::lay_rows_avx2(arguments...);
+}
+
+// Runs of pixels that are transparent, opaque or neither: the loops have short cuts for groups of a kind.
+template <class Pixel>
+std::vector<Pixel> noise(std::int32_t count, std::mt19937& random) {
+    std::vector<Pixel> pixels;
+    while (pixels.size() < static_cast<std::size_t>(count)) {
+        const std::uint32_t kind = random();
+        const std::uint32_t cleared = (kind & 3) == 0 ? 0xFFFFFFFF : (kind & 3) == 1 ? 0xFF000000 : 0;
+        const std::uint32_t set = (kind & 3) == 2 ? 0xFF000000 : 0;
+        for (std::uint32_t i = (kind >> 2 & 3) == 0 ? kind >> 4 & 127 : 1; i > 0; --i)
+            pixels.push_back(static_cast<Pixel>((random() & ~cleared) | set));
+    }
+    pixels.resize(static_cast<std::size_t>(count));
+    return pixels;
+}
+
+// Two planes, whose rings wrap at different rows, before a destination.
+template <class Pixel>
+class Scene {
+  public:
+    Scene(std::int32_t width, std::mt19937& random)
+        : width_(width),
+          front_(noise<Pixel>(width * kHeight, random)),
+          back_(noise<Pixel>(width * kHeight, random)),
+          under_(noise<Pixel>((width + 2 * kMargin) * kHeight, random)) {}
+
+    // `expected` is an equation of D, F and B for the pixels of the view; all others stay.
+    template <class Rule, class Expected>
+    void front(Rule rule, Expected expected) const {
+        check_plane(rule, plane(front_, 1), expected);
+    }
+    template <class Rule, class Expected>
+    void back(Rule rule, Expected expected) const {
+        check_plane(rule, plane(back_, kHeight), expected);
+    }
+    template <class Rule, class Expected>
+    void both(Rule rule, Expected expected) const {
+        check(expected, [&](VectorUnit unit, const DestinationRows<Pixel>& d) {
+            lay_rows_by(unit, kHeight, width_, rule, d, plane(front_, 1), plane(back_, kHeight));
+        });
+    }
+
+  private:
+    // The picture begins in the last `rows` rows of its ring and goes on at the ring's beginning.
+    PlaneRows<Pixel> plane(const std::vector<Pixel>& ring, std::int32_t rows) const {
+        return {ring.data() + (kHeight - rows) * width_, width_, kHeight * width_, rows};
+    }
+    std::size_t place(std::int32_t row, std::int32_t column, std::int32_t rows) const {
+        return static_cast<std::size_t>((row + kHeight - rows) % kHeight * width_ + column);
+    }
+
+    template <class Rule, class Expected>
+    void check_plane(Rule rule, const PlaneRows<Pixel>& s, Expected expected) const {
+        check(expected, [&](VectorUnit unit, const DestinationRows<Pixel>& d) {
+            lay_rows_by(unit, kHeight, width_, rule, d, s);
+        });
+    }
+    // What is only copied is laid as bytes.
+    template <class Expected>
+    void check_plane(scroll2d::Copy<Pixel>, const PlaneRows<Pixel>& s, Expected expected) const {
+        const auto bytes = width_ * static_cast<std::int32_t>(sizeof(Pixel));
+        check(expected, [&](VectorUnit unit, const DestinationRows<Pixel>& d) {
+            lay_rows_by(unit, kHeight, bytes, scroll2d::Copy<std::uint8_t>{}, d.in_bytes(), s.in_bytes());
+        });
+    }
+
+    template <class Expected, class Lay>
+    void check(Expected expected, Lay lay) const {
+        const std::int32_t row_length = width_ + 2 * kMargin;
+        std::vector<Pixel> wanted = under_;
+        for (std::int32_t y = 0; y < kHeight; ++y)
+            for (std::int32_t x = 0; x < width_; ++x) {
+                Pixel& d = wanted[static_cast<std::size_t>(y * row_length + kMargin + x)];
+                d = static_cast<Pixel>(expected(d, front_[place(y, x, 1)], back_[place(y, x, kHeight)]));
+            }
+        for (const VectorUnit unit : {VectorUnit::sse2, VectorUnit::sse4, VectorUnit::avx2}) {
+            if (unit > scroll2d::vector_unit()) continue;
+            CAPTURE(static_cast<int>(unit));
+            std::vector<Pixel> drawn = under_;
+            lay(unit, DestinationRows<Pixel>(drawn.data() + kMargin, row_length));
+            REQUIRE(drawn == wanted);
+        }
+    }
+
+    std::int32_t width_;
+    std::vector<Pixel> front_, back_, under_;
+};
+
+// Plane 1 or plane 2 alone, and both in one pass, by rules that are chosen as the drawing routines choose
+// them.
+template <class Pixel, template <class> class Rules>
+void check_rules(const Scene<Pixel>& scene, const Look& look) {
+    const bool opaque = look.mode < 2;
+    with_rule<Pixel, Rules>(look.front_alpha, look.alpha, [&](auto rule) {
+        scene.front(rule, [&](auto d, auto f, auto) {
+            return opaque ? model::single(look, d, f) : model::front_layer(look, d, f);
+        });
+    });
+    with_rule<Pixel, Rules>(look.back_alpha, [&](auto back) {
+        scene.back(back, [&](auto d, auto, auto b) { return model::back_layer(look, d, b); });
+        with_rule<Pixel, KeyedRules>(look.front_alpha, look.alpha, [&](auto front) {
+            scene.both(scroll2d::Stacked<decltype(front), decltype(back)>{front, back},
+                       [&](auto d, auto f, auto b) { return model::two_planes(look, d, f, b); });
+        });
+    });
+}
+
+template <class Pixel>
+void check_depth() {
+    std::mt19937 random(sizeof(Pixel));
+    for (std::int32_t width = 1; width <= kWidest; ++width) {
+        const Scene<Pixel> scene(width, random);
+        for (const int alpha : {255, static_cast<int>(random() % 255)})
+            for (const bool front_alpha : {false, true})
+                for (const bool back_alpha : {false, true}) {
+                    CAPTURE(width);
+                    CAPTURE(alpha);
+                    CAPTURE(front_alpha);
+                    CAPTURE(back_alpha);
+                    check_rules<Pixel, OpaqueRules>(scene,
+                                                    {sizeof(Pixel), 0, alpha, front_alpha, back_alpha});
+                    check_rules<Pixel, KeyedRules>(scene, {sizeof(Pixel), 2, alpha, front_alpha, back_alpha});
+                }
+    }
+}
+
+TEST_CASE("every build lays every rule as its equation says: 8 bits") {
+    check_depth<std::uint8_t>();
+}
+TEST_CASE("every build lays every rule as its equation says: 16 bits") {
+    check_depth<std::uint16_t>();
+}
+TEST_CASE("every build lays every rule as its equation says: 32 bits") {
+    check_depth<std::uint32_t>();
+}
+
+}  // namespace
