@@ -14,10 +14,14 @@ Model::Model(host::Engine& engine, Sprite sprite) : engine_(engine), sprite_(std
 
 void Model::init() {
     for (Scroll& s : scrolls) {
-        release(s);
-        s.planes = s.file = s.plane[0].graph = s.plane[1].graph = s.dest_file = s.dest_graph = 0;
+        s.active = false;
+        s.made_bytes = s.width = s.height = 0;
+        s.planes = s.file = s.dest_file = s.dest_graph = 0;
         s.alpha = 255;
-        s.width = s.height = 0;
+        for (Plane& p : s.plane) {
+            p.graph = 0;
+            p.map_pixels = nullptr;
+        }
     }
     take_depth();
 }

@@ -41,29 +41,30 @@ std::string trouble_of(const ScrollRecord& r, const tests::ModuleAllocator& memo
     return all + line("buffers", r.planes, 1 + (r.buffer2 != nullptr));
 }
 
-// An idle scroll keeps its destination; what else it holds the next start replaces.
+// An idle scroll keeps its destination and has no maps; what else it holds the next start replaces.
 std::string differences(const Scroll& s, const ScrollRecord& r) {
+    const Plane& front = s.plane[0];
+    const Plane& back = s.plane[1];
     std::string all = line("active", s.active, r.active) + line("alpha", s.alpha, r.alpha) +
                       line("dest_file", s.dest_file, r.dest_file) +
-                      line("dest_graph", s.dest_graph, r.dest_graph);
+                      line("dest_graph", s.dest_graph, r.dest_graph) +
+                      line("map1_pixels", address(front.map_pixels), address(r.map1_pixels)) +
+                      line("map2_pixels", address(back.map_pixels), address(r.map2_pixels));
     if (!s.active) return all;
     all += line("planes", s.planes, r.planes) + line("file", s.file, r.file) +
            line("flags", s.flags, r.flags) + line("region", s.region, r.region) +
            line("mode", s.mode, r.mode) + line("dest_x", s.dest_x, r.dest_x) +
            line("dest_y", s.dest_y, r.dest_y) + line("width", s.width, r.width) +
-           line("height", s.height, r.height);
-    const auto add_plane = [&](const Plane& p, Int graph, Int x, Int y, Int map_width, Int map_height,
-                               Int alpha_flag, const void* pixels) {
-        all += line("graph", p.graph, graph) + line("x", p.x, x) + line("y", p.y, y) +
-               line("map_width", p.map_width, map_width) + line("map_height", p.map_height, map_height) +
-               line("map_alpha_flag", p.alpha_flag, alpha_flag != 0) +
-               line("map_pixels", address(p.map_pixels), address(pixels));
-    };
-    add_plane(s.plane[0], r.graph1, r.plane1_x, r.plane1_y, r.map1_width, r.map1_height, r.map1_alpha_flag,
-              r.map1_pixels);
+           line("height", s.height, r.height) + line("graph1", front.graph, r.graph1) +
+           line("graph2", back.graph, r.graph2) + line("plane1_x", front.x, r.plane1_x) +
+           line("plane1_y", front.y, r.plane1_y) + line("map1_width", front.map_width, r.map1_width) +
+           line("map1_height", front.map_height, r.map1_height) +
+           line("map1_alpha_flag", front.alpha_flag, r.map1_alpha_flag != 0);
     if (s.planes == 2)
-        add_plane(s.plane[1], r.graph2, r.plane2_x, r.plane2_y, r.map2_width, r.map2_height,
-                  r.map2_alpha_flag, r.map2_pixels);
+        all += line("plane2_x", back.x, r.plane2_x) + line("plane2_y", back.y, r.plane2_y) +
+               line("map2_width", back.map_width, r.map2_width) +
+               line("map2_height", back.map_height, r.map2_height) +
+               line("map2_alpha_flag", back.alpha_flag, r.map2_alpha_flag != 0);
     if (s.made_bytes == 0) return all;  // the buffers are for no view
     const Int pitch = s.made_width * s.made_bytes;
     return all + line("ring_size", s.made_width * s.made_height, r.ring_size) +

@@ -86,8 +86,10 @@ std::int32_t Model::start(std::span<const std::int32_t> a) {
 }
 
 void Model::release(Scroll& s) {
+    if (!s.active) return;
     s.active = false;
     s.made_bytes = 0;
+    for (Plane& p : s.plane) p.map_pixels = nullptr;
 }
 
 void Model::delete_processes() {
