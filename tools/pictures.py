@@ -1,4 +1,10 @@
-"""Pictures of a screen: reading them, and telling where two differ. Needs Pillow."""
+#!/usr/bin/python3
+"""Pictures of a screen: reading them, and telling where two differ. Needs Pillow.
+
+usage: pictures.py check|renew DRAWN COMMITTED     compares two pictures, or makes the second one, a PNG, from the first
+"""
+import sys
+
 from PIL import Image, ImageChops
 
 
@@ -22,3 +28,15 @@ def difference(old, new):
     picture.paste(new.point(lambda value: value // 4))
     picture.paste((255, 0, 255), mask=differs)
     return picture, differs.histogram()[255]
+
+
+def main(do, drawn, committed):
+    if do == "renew":
+        read(drawn).save(committed)
+    elif count := difference(read(committed), read(drawn))[1]:
+        sys.exit(f"{committed}: {count} pixels differ from {drawn}; when the new ones are right:\n"
+                 f"{sys.argv[0]} renew {drawn} {committed}")
+
+
+if __name__ == "__main__":
+    main(*sys.argv[1:])

@@ -16,7 +16,7 @@ add_test(NAME sdk_test
         -P ${CMAKE_CURRENT_SOURCE_DIR}/pages/sdk_test.cmake)
 set_tests_properties(one_page_host_test PROPERTIES FIXTURES_SETUP one_page_picture)
 add_test(NAME one_page_picture
-    COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/pages/one_page_picture.py $<TARGET_FILE:one_page_host>.ppm
+    COMMAND ${CMAKE_SOURCE_DIR}/tools/pictures.py check $<TARGET_FILE:one_page_host>.ppm
         ${CMAKE_SOURCE_DIR}/docs/host/one_page_host.png)
 set_tests_properties(sdk_test one_page_picture PROPERTIES FIXTURES_REQUIRED one_page_picture)
 if(NOT SCROLL2D_SANITIZE) # builds the module as it ships
