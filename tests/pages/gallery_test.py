@@ -31,7 +31,7 @@ def encode(path, height=5, changed=(), level=6):
 
 
 def test(root):
-    demos, store, player, page = root / "demos", root / "store", root / "player", root / "out/index.html"
+    demos, player, page = root / "demos", root / "player", root / "out/index.html"
 
     def gallery(do, status, *words):
         done = subprocess.run([sys.argv[1], do, "--player", player, "--demos", demos, "--out", root / "out"],
@@ -40,14 +40,13 @@ def test(root):
         return done.stdout
 
     (demos / "guide").mkdir(parents=True)
-    store.mkdir()
-    player.write_text(PLAYER.replace("STORE", str(store)))
+    player.write_text(PLAYER.replace("STORE", str(root)))
     player.chmod(0o755)
     (demos / "wood.lua").write_text("-- A wood.\n-- picture: frame 6\n")
     (demos / "guide/view.lua").write_text("-- picture: whole, frame 10\n-- picture: late, frame 15\n"
                                           "-- picture: poor, frame 15, 16 bits\n-- picture: seen, frame 10, inspected\n")
     for name in ("wood.8", "wood.16", "wood.32", "view.16", "view.32", "view.32.inspected"):
-        encode(store / f"{name}.png")
+        encode(root / f"{name}.png")
 
     # Every script has its pictures, and every picture its script.
     gallery("check", 1, "wood.png: there is no committed picture", "guide/view_poor.png")
@@ -55,17 +54,16 @@ def test(root):
     made = {str(path.relative_to(demos)) for path in demos.rglob("*.png")}
     assert made == {"wood.png", "golden/wood.8.png", "golden/wood.16.png",
                     "guide/view_whole.png", "guide/view_late.png", "guide/view_poor.png", "guide/view_seen.png"}, made
-    gallery("check", 0)
     encode(demos / "golden/gone.8.png")
     gallery("check", 1, "golden/gone.8.png: no script makes this picture")
     assert gallery("renew", 0).split() == ["removed", "demos/golden/gone.8.png"]
 
     # Pixels that differ are counted, shown and renewed, other bytes for the same pixels are not.
     encode(demos / "golden/wood.8.png", level=0)
-    encode(store / "wood.32.png", height=4)
-    encode(store / "wood.16.png", changed=[(3, 1)])
-    encode(store / "view.16.png", changed=[(0, 0), (7, 4), (5, 2)])
-    encode(store / "view.32.inspected.png", changed=[(0, 0), (7, 4)])
+    encode(root / "wood.32.png", height=4)
+    encode(root / "wood.16.png", changed=[(3, 1)])
+    encode(root / "view.16.png", changed=[(0, 0), (7, 4), (5, 2)])
+    encode(root / "view.32.inspected.png", changed=[(0, 0), (7, 4)])
     said = gallery("check", 1, "golden/wood.16.png: differs in 1 of 40 pixels", "wood.png: differs in 8 of 40",
                    "view_poor.png: differs in 3 of 40", "view_seen.png: differs in 2 of 40")
     assert len(said.splitlines()) == 5, said

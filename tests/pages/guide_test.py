@@ -84,6 +84,10 @@ class Pages(unittest.TestCase):
         described = {name: default for names, default in re.findall(r"^\| (`.*?`) \| (-?\d+) ", table, re.MULTILINE)
                      for name in re.findall(r"`(\w+)`", names)}
         self.assertEqual(described, fields)
+        bindings = "".join(path.read_text() for path in (ROOT / "player/script").glob("*_bindings.cpp"))
+        own = set(re.findall(r'\{"(\w+)", \d+, \w+, ', bindings))
+        self.assertIn("load_map", own)
+        self.assertLessEqual(own, set(re.findall(r"`(\w+)\(", PAGES[DOCS / "player-scripts.md"])))
 
 
 unittest.main()
