@@ -8,7 +8,7 @@
  * What goes wrong is said on standard error; the exit status is then 1, or 2 for a wrong command line.
  *
  * It has no interpreter, no processes and no files, so it fills only the slots that a scroll without sprites
- * reaches. The guide (host-authors.md) says what each slot must do in a full host.
+ * reaches. The guide (host-authors.md) says what each slot must do in a full host; sprites_host.c goes on from here.
  */
 #include <dlfcn.h>
 #include <errno.h>
@@ -17,18 +17,22 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include <rvk/host_check.h>
 #include <rvk/host_records.h>
 
 /* clang-format off: a slot to a line keeps this to a page */
 
 enum { screen_width = 320, screen_height = 200, map_width = 192, map_height = 160 };
-enum { scrolls = 10, field_x0 = 8, field_y0 = 9, fields = 15 }; /* the script global scroll[10] */
+/* The script global scroll[10]: its elements, and where some of their fields are. */
+enum { scrolls = 10, fields = 15, field_camera = 0, field_x0 = 8, field_y0 = 9, field_z = 12 };
+
+static const char* program = "one_page_host";
 
 /* Says what failed; 0, so that it can be returned as a failure. */
 static int failed(const char* what, ...) {
     va_list values;
     va_start(values, what);
-    fputs("one_page_host: ", stderr);
+    fprintf(stderr, "%s: ", program);
     vfprintf(stderr, what, values);
     fputc('\n', stderr);
     va_end(values);
@@ -129,7 +133,8 @@ static HostRuntime runtime = {
 };
 
 /* ---- Registration: the tables are gone after each call, so what is wanted of them is copied. */
-static int32_t (*scroll_start)(void);
+static FunctionRow functions[16];
+static int32_t function_count;
 static void (*hooks[5])(void); /* by id: 1 init, 2 frame, 3 update, 4 release */
 
 static void RegisterConstants(const ConstantRow* table) { (void)table; /* names for scripts; there are none */ }
@@ -140,9 +145,7 @@ static void RegisterGlobals(const char* text) { /* "struct scroll[10] int camera
     }
 }
 static void RegisterFunctions(const FunctionRow* row) {
-    for (; row->signature != NULL; ++row) {
-        if (strcmp(row->signature, "scroll_start(I,I,I,I,I,I)") == 0) scroll_start = row->handler;
-    }
+    for (; row->signature != NULL && function_count < 16; ++row) functions[function_count++] = *row;
 }
 static void RegisterHooks(const HookRow* row) {
     for (; row->function != NULL; ++row) {
@@ -163,22 +166,48 @@ static int load(const char* path) {
     void* const symbol = dlsym(module, "RVK_mod_scroll2D_MainLibraryExports");
     if (symbol == NULL) return failed("this is another library: %s", dlerror());
     memcpy(&exports, &symbol, sizeof exports); /* C has no cast from a data pointer to a function pointer */
+    const char* missing = rvk_missing_registrar_slot(&registrar);
+    if (missing != NULL) return failed("%s is null", missing);
     if (exports(&registrar) != 1) return failed("the module did not register itself");
-    if (scroll_start == NULL) return failed("the module registered no scroll_start with six arguments");
     if (!hooks[1] || !hooks[2] || !hooks[4]) return failed("the module registered no init, frame or release hook");
-    return 1;
+    missing = rvk_missing_slot(&runtime, graphics.BlitSprite != NULL); /* one sprite routine asks for all six */
+    return missing == NULL || failed("%s is null", missing);
+}
+
+/* Calls a script function as an interpreter would. Its result; 0x80000000 after an error. */
+static int32_t call(const char* signature, const int32_t* values) {
+    int32_t i = 0;
+    while (i < function_count && strcmp(functions[i].signature, signature) != 0) ++i;
+    if (i == function_count) return failed("the module registered no %s", signature), INT32_MIN;
+    arguments = values;
+    argument_count = 0;
+    for (const char* type = strchr(signature, '('); *type != '\0'; ++type) argument_count += *type == 'I';
+    arguments_left = argument_count;
+    return functions[i].handler();
 }
 
 /* ---- One frame: the hook schedules the scrolls, and drawing the main list calls the module back. */
-static int frame(void) {
+static int frame(int32_t scrolls_shown) {
     int32_t drawn = 0;
     SelectBlitList(NULL);
     hooks[2]();
     SortBlitList();
     for (int32_t i = 0; i < main_list.count; ++i) drawn += main_list.order[i]->draw(main_list.order[i]);
     ClearBlitList(); /* the module has selected the main list again */
-    return drawn == 1 ? 1 : failed("%d scrolls were drawn where one runs", (int)drawn);
+    return drawn == scrolls_shown || failed("%d scrolls were drawn, not %d", (int)drawn, (int)scrolls_shown);
 }
+
+/* Byte 0 of a pixel is red, 1 green, 2 blue; byte 3 is not written. */
+static int write_picture(const char* path, const uint32_t* pixels, int32_t width, int32_t height) {
+    FILE* const out = fopen(path, "wb");
+    if (out == NULL) return failed("cannot write %s: %s", path, strerror(errno));
+    fprintf(out, "P6\n%d %d\n255\n", (int)width, (int)height);
+    for (int32_t i = 0; i < width * height; ++i) fwrite(&pixels[i], 1, 3, out);
+    const int complete = !ferror(out);
+    return (fclose(out) == 0 && complete) || failed("cannot write all of %s: %s", path, strerror(errno));
+}
+
+#ifndef HOST_GOES_ON /* sprites_host.c begins with all above and has a game of its own */
 
 static void paint_map(void) { /* soft diagonal stripes, and a dot in every field of 32 x 32 */
     for (int32_t y = 0; y < map_height; ++y) {
@@ -190,36 +219,22 @@ static void paint_map(void) { /* soft diagonal stripes, and a dot in every field
     }
 }
 
-static int write_picture(const char* path) {
-    FILE* const out = fopen(path, "wb");
-    if (out == NULL) return failed("cannot write %s: %s", path, strerror(errno));
-    fprintf(out, "P6\n%d %d\n255\n", screen_width, screen_height);
-    for (int32_t i = 0; i < screen_width * screen_height; ++i) {
-        fwrite(&screen_pixels[i / screen_width][i % screen_width], 1, 3, out); /* red, green, blue; not byte 3 */
-    }
-    const int complete = !ferror(out);
-    return (fclose(out) == 0 && complete) || failed("cannot write all of %s: %s", path, strerror(errno));
-}
-
 /* Scroll 0, file 1, map 10 in front and none behind, through region 1, repeating across and down (1 | 2). */
 static int play(void) {
     static const int32_t start_arguments[] = {0, 1, 10, 0, 1, 3};
-    arguments = start_arguments;
-    arguments_left = argument_count = 6;
-    if (scroll_start() != 0 || result != 0) /* the scroll's number, or 0x80000000 after an error */
+    if (call("scroll_start(I,I,I,I,I,I)", start_arguments) != 0) /* the scroll's number */
         return failed("the scroll did not start");
-
     for (int32_t i = 0; i < 60; ++i) {
         globals[0][field_x0] += 5; /* the script's own fields: where the scroll is to go */
         globals[0][field_y0] -= 2;
-        if (!frame()) return 0;
+        if (!frame(1)) return 0;
     }
     return 1;
 }
 
 int main(int argc, char** argv) {
     if (argc != 3) {
-        fprintf(stderr, "usage: %s MODULE PICTURE.ppm\n", argc > 0 ? argv[0] : "one_page_host");
+        fprintf(stderr, "usage: %s MODULE PICTURE.ppm\n", program);
         return 2;
     }
     if (!load(argv[1])) return 1;
@@ -227,5 +242,6 @@ int main(int argc, char** argv) {
     paint_map();
     const int played = play();
     hooks[4]();
-    return played && write_picture(argv[2]) ? 0 : 1;
+    return played && write_picture(argv[2], &screen_pixels[0][0], screen_width, screen_height) ? 0 : 1;
 }
+#endif

@@ -85,8 +85,8 @@ class Engine {
     // ---- Module
 
     // Opens the module, checks its dependencies, lets it register and runs its init hook. Errors: Error for a
-    // missing file, symbol or dependency, for tables or declarations that make no sense, and for faults
-    // during init.
+    // missing file, symbol or dependency, for a slot that is null, by its name, for tables or declarations
+    // that make no sense, and for faults during init.
     void load(const std::filesystem::path& path);
     // Runs the release hook and closes the module. Constants, functions and globals go with it.
     void unload();

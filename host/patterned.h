@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -34,7 +35,8 @@ void check_pattern(const NamedBits& names, const std::uint32_t* words, std::size
 template <class Record>
 class Patterned {
   public:
-    Patterned() { fill(); }
+    // The named words are 0, so that a slot which nobody fills is null.
+    Patterned() { fill(named_bits<Record>().bits); }
     Patterned(const Patterned&) = delete;
     Patterned& operator=(const Patterned&) = delete;
 
@@ -42,11 +44,7 @@ class Patterned {
     [[nodiscard]] const Record& get() const { return storage_.record; }
 
     // Puts the pattern into every word, the named ones included.
-    void fill() {
-        std::array<std::uint32_t, word_count> words;
-        for (std::size_t i = 0; i < word_count; ++i) words[i] = pattern_word(i);
-        std::memcpy(static_cast<void*>(&storage_), words.data(), sizeof storage_);
-    }
+    void fill() { fill({}); }
 
     // `which` tells this record from others of its kind in the lines appended to `violations`.
     void check(const std::string& which, std::vector<std::string>& violations) const {
@@ -56,6 +54,14 @@ class Patterned {
     }
 
   private:
+    // The pattern, but 0 in the bits of `cleared`.
+    void fill(std::span<const std::uint32_t> cleared) {
+        std::array<std::uint32_t, word_count> words;
+        for (std::size_t i = 0; i < word_count; ++i)
+            words[i] = pattern_word(i) & ~(i < cleared.size() ? cleared[i] : 0U);
+        std::memcpy(static_cast<void*>(&storage_), words.data(), sizeof storage_);
+    }
+
     static constexpr std::size_t tail_words = 8;
     static constexpr std::size_t word_count = sizeof(Record) / 4 + tail_words;
     struct {

@@ -5,6 +5,7 @@
 
 #include "host/engine.h"
 #include "host/module_library.h"
+#include "module/contract/host_check.h"
 
 namespace host {
 
@@ -14,6 +15,11 @@ const std::string symbol_prefix = "RVK_mod_scroll2D_MainLibrary";
 constexpr std::string_view provided_module = "RVK_mod_graphics2D";
 
 using ExportsFunction = std::int32_t (*)(ExportRegistrar*);
+
+// What the module would call at address 0.
+void require(const char* missing_slot) {
+    if (missing_slot != nullptr) throw Error(std::string(missing_slot) + " is null");
+}
 
 // The word of each slot in the registrar's record.
 enum class Slot : int { constants = 0, globals = 4, functions = 6, hooks = 7, runtime = 9 };
@@ -90,7 +96,9 @@ void Engine::load(const std::filesystem::path& path) {
     library_ = std::make_unique<ModuleLibrary>(path);
     try {
         check_dependencies();
+        require(rvk_missing_registrar_slot(&registrar()));
         register_module();
+        require(rvk_missing_slot(&runtime(), 1));
         run_hook(Hook::init);
     } catch (...) {
         forget_module();

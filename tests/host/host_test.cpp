@@ -84,6 +84,9 @@ TEST_CASE("A module that cannot be loaded is refused with the reason, and the en
     CHECK_ERROR(engine.load(standin(kUnknownGlobal)), "'probe.x', which is not declared");
     CHECK_ERROR(engine.load(standin(kEarlyCall)), "NewBlit was called during registration");
     CHECK_ERROR(engine.load(standin(kTwice)), "twice or out of order");
+    const BlitRoutine routine = std::exchange(engine.graphics().BlitSpriteScaled, nullptr);
+    CHECK_ERROR(engine.load(standin()), "Graphics2DInterface.BlitSpriteScaled is null");
+    engine.graphics().BlitSpriteScaled = routine;
     CHECK_FALSE(engine.loaded());
     engine.load(standin());
     CHECK(engine.constants().size() == 2);

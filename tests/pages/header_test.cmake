@@ -1,11 +1,12 @@
-# The installed header as strangers compile it: silent under their warnings, and one clear error for a wrong target.
+# The installed headers as strangers compile them: silent under their warnings, and one clear error for a wrong target.
 #
 # cmake -D INCLUDE=... -D FOLDER=... -D CC=... -D CXX=... -P header_test.cmake
 #   CC, CXX    lists of compilers
 #   FOLDER     for the source that is compiled
 set(message "RVK_mod_scroll2D is for targets with pointers of 4 bytes: compile with -m32")
 set(warnings -Wall -Wextra -Wpedantic -pedantic-errors -Wconversion -Wshadow -Wcast-qual -Wundef -Wredundant-decls -Werror)
-set(source "#include <rvk/host_records.h>\nint size(void);\nint size(void) { return (int)sizeof(HostRuntime); }\n")
+set(source "#include <rvk/host_check.h>\nint missing(const HostRuntime*, const ExportRegistrar*);
+int missing(const HostRuntime* h, const ExportRegistrar* e) { return rvk_missing_slot(h, 1) || rvk_missing_registrar_slot(e); }\n")
 file(WRITE ${FOLDER}/host.c "${source}")
 file(WRITE ${FOLDER}/host.cpp "${source}")
 
