@@ -1,9 +1,13 @@
 // scroll2d_player: plays a game script, in a window or without one. See docs/player-scripts.md.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <new>
 
 #include "player/common/options.h"
 #include "player/inspector/inspector.h"
@@ -95,11 +99,7 @@ int play_in(Window& window, const Options& options) {
     return deliver(outputs, [&] { return window.run(); });
 }
 
-}  // namespace
-}  // namespace player
-
-int main(int argc, char** argv) {
-    using namespace player;
+int run(int argc, char** argv) {
     int exit_status = 0;
     auto options = parse_options(argc, argv, exit_status);
     if (!options) return exit_status;
@@ -109,8 +109,33 @@ int main(int argc, char** argv) {
         options->window = false;
         choose_places(*options);
         return play(*options);
+    } catch (const std::bad_alloc&) {
+        std::fprintf(stderr, "not enough memory; less --size or --scale needs less of it\n");
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
-        return 1;
     }
+    return 1;
+}
+
+// Descriptors that whoever started the program has closed. Without them the next files to be opened would get
+// their numbers, and what is printed would land in a film.
+bool open_missing_streams() {
+    for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (fcntl(number, F_GETFD) < 0 && open("/dev/null", O_RDWR) != number) return false;
+    return true;
+}
+
+bool all_is_printed() {
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return true;
+    std::fprintf(stderr, "standard output cannot be written\n");
+    return false;
+}
+
+}  // namespace
+}  // namespace player
+
+int main(int argc, char** argv) {
+    if (!player::open_missing_streams()) return 1;
+    const int exit_status = player::run(argc, argv);
+    return player::all_is_printed() ? exit_status : 1;
 }
