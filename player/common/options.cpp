@@ -5,9 +5,9 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "player/common/film_format.h"
 #include "player/common/names.h"
 #include "player/common/script_path.h"
-#include "player/output/film.h"
 
 namespace player {
 namespace {
@@ -83,11 +83,16 @@ std::optional<Options> parse_options(int argc, char** argv, int& exit_status) {
     app.add_option("--every", options.every, "Frames between shots")
         ->capture_default_str()
         ->check(CLI::Range(1, 100'000'000));
-    app.add_option("--sheet", options.sheet, "Write one PNG with all shots");
+    app.add_option("--sheet", options.sheet, "Write one PNG with all shots")
+        ->check([](const std::string& path) {
+            return path.ends_with(".png") ? "" : path + ": the name of a sheet ends with .png";
+        });
     app.add_option("--record", options.film,
-                   "Write a film, such as out/film.mp4, or .webm, .gif: these need ffmpeg; .png, animated, "
-                   "needs nothing")
-        ->check([](const std::string& path) { return film_problem(path); });
+                   "Write a film, such as out/film.mp4; it ends with " + film_endings() +
+                       ", which is animated and the one that needs no ffmpeg")
+        ->check([](const std::string& path) {
+            return film_format(path) ? "" : path + ": films end with " + film_endings() + " (animated)";
+        });
     app.add_flag("--inspect", options.inspect,
                  "Show the inspector, in shots and films as well as in the window");
     app.add_option("--scale", options.scale, "Enlarge shots and films N times")

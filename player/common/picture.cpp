@@ -36,4 +36,11 @@ Picture enlarged(const Picture& source, int times) {
     return result;
 }
 
+std::vector<std::uint8_t> rgb_bytes(const Picture& picture) {
+    std::vector<std::uint8_t> bytes;
+    bytes.reserve(3 * picture.pixels.size());
+    for (const Rgba& p : picture.pixels) bytes.insert(bytes.end(), {p.r, p.g, p.b});
+    return bytes;
+}
+
 }  // namespace player

@@ -41,13 +41,19 @@ Picture cut_out(const Picture& source, int x, int y, int w, int h);
 // Each pixel as a square of `times` by `times`, times >= 1.
 Picture enlarged(const Picture& source, int times);
 
+// Red, green and blue of each pixel, row after row.
+std::vector<std::uint8_t> rgb_bytes(const Picture& picture);
+
 // png.cpp
 
 // Reads any PNG. Throws std::runtime_error naming the file and what is wrong with it.
 Picture read_png(const std::string& path);
 
-// Writes with the palette when the picture has one, with alpha when has_alpha says so, else as RGB.
-// Throws std::runtime_error naming the file.
+// Writes with the palette when the picture has one, with alpha when has_alpha says so, else as RGB; whole or
+// not at all, as NewFile does. Throws std::runtime_error naming the file.
 void write_png(const std::string& path, const Picture& picture);
+
+// The same PNG in memory, small rather than quick. Throws std::runtime_error.
+std::vector<std::uint8_t> packed_png(const Picture& picture);
 
 }  // namespace player

@@ -1,10 +1,11 @@
 #include <png.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
-#include <memory>
 #include <stdexcept>
 
+#include "player/common/new_file.h"
 #include "player/common/picture.h"
 
 namespace player {
@@ -20,6 +21,30 @@ struct Image {
 
     [[noreturn]] void fail(const std::string& path) const {
         throw std::runtime_error(path + ": " + image.message);
+    }
+};
+
+// A picture as libpng takes it.
+struct Source : Image {
+    const void* pixels = nullptr;
+    const void* colours = nullptr;
+    std::vector<std::uint8_t> rgb;
+
+    explicit Source(const Picture& picture) : pixels(picture.pixels.data()) {
+        image.width = static_cast<png_uint_32>(picture.width);
+        image.height = static_cast<png_uint_32>(picture.height);
+        if (picture.indexed()) {
+            image.format = PNG_FORMAT_RGBA_COLORMAP;
+            image.colormap_entries = 256;
+            pixels = picture.indices.data();
+            colours = picture.palette.data();
+        } else if (picture.has_alpha) {
+            image.format = PNG_FORMAT_RGBA;
+        } else {
+            image.format = PNG_FORMAT_RGB;
+            rgb = rgb_bytes(picture);
+            pixels = rgb.data();
+        }
     }
 };
 
@@ -61,28 +86,25 @@ Picture read_png(const std::string& path) {
 
 void write_png(const std::string& path, const Picture& picture) {
     if (picture.width < 1 || picture.height < 1) throw std::runtime_error(path + ": the picture is empty");
-    Image png;
-    png.image.width = static_cast<png_uint_32>(picture.width);
-    png.image.height = static_cast<png_uint_32>(picture.height);
-    const void* data = picture.pixels.data();
-    const void* colours = nullptr;
-    std::vector<std::uint8_t> rgb;
-    if (picture.indexed()) {
-        png.image.format = PNG_FORMAT_RGBA_COLORMAP;
-        png.image.colormap_entries = 256;
-        data = picture.indices.data();
-        colours = picture.palette.data();
-    } else if (picture.has_alpha) {
-        png.image.format = PNG_FORMAT_RGBA;
-    } else {
-        png.image.format = PNG_FORMAT_RGB;
-        rgb.reserve(picture.pixels.size() * 3);
-        for (const Rgba& p : picture.pixels) rgb.insert(rgb.end(), {p.r, p.g, p.b});
-        data = rgb.data();
-    }
+    Source png(picture);
+    NewFile file(path);
     // Games have few colours in long runs, so the fast setting costs little room and saves most of the time.
     png.image.flags |= PNG_IMAGE_FLAG_FAST;
-    if (!png_image_write_to_file(&png.image, path.c_str(), 0, data, 0, colours)) png.fail(path);
+    if (!png_image_write_to_stdio(&png.image, file.stream(), 0, png.pixels, 0, png.colours)) {
+        if (std::ferror(file.stream())) throw std::runtime_error(path + ": " + std::strerror(errno));
+        png.fail(path);
+    }
+    file.keep();
+}
+
+std::vector<std::uint8_t> packed_png(const Picture& picture) {
+    Source png(picture);
+    png_alloc_size_t size = PNG_IMAGE_PNG_SIZE_MAX(png.image);
+    std::vector<std::uint8_t> bytes(size);
+    if (!png_image_write_to_memory(&png.image, bytes.data(), &size, 0, png.pixels, 0, png.colours))
+        throw std::runtime_error(png.image.message);
+    bytes.resize(size);
+    return bytes;
 }
 
 }  // namespace player

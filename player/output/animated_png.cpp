@@ -1,11 +1,10 @@
 // Animated PNG (APNG): a PNG whose further pictures follow the first in chunks of their own.
 // Source: https://www.w3.org/TR/png-3/ (acTL, fcTL, fdAT)
-#include <png.h>
 #include <zlib.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
-#include <fstream>
 #include <stdexcept>
 
 #include "player/common/pacer.h"
@@ -24,6 +23,9 @@ void put16(Bytes& bytes, int value) {
     bytes.push_back(static_cast<std::uint8_t>(value >> 8));
     bytes.push_back(static_cast<std::uint8_t>(value));
 }
+void append(Bytes& bytes, const Bytes& more) {
+    bytes.insert(bytes.end(), more.begin(), more.end());
+}
 std::uint32_t get32(const std::uint8_t* at) {
     return std::uint32_t{at[0]} << 24 | std::uint32_t{at[1]} << 16 | std::uint32_t{at[2]} << 8 | at[3];
 }
@@ -35,31 +37,9 @@ Bytes chunk(const char* type, const Bytes& data) {
     Bytes bytes;
     put32(bytes, static_cast<std::uint32_t>(data.size()));
     bytes.insert(bytes.end(), type, type + 4);
-    bytes.insert(bytes.end(), data.begin(), data.end());
+    append(bytes, data);
     put32(bytes, static_cast<std::uint32_t>(crc32(0, bytes.data() + 4, static_cast<uInt>(bytes.size() - 4))));
     return bytes;
-}
-
-// A part of a picture as libpng packs it, as a PNG in memory.
-Bytes packed(const Picture& picture, const Area& part) {
-    Bytes rgb;
-    rgb.reserve(static_cast<std::size_t>(3 * part.width * part.height));
-    for (int y = part.y; y < part.y + part.height; ++y)
-        for (int x = part.x; x < part.x + part.width; ++x) {
-            const Rgba& p = picture.at(x, y);
-            rgb.insert(rgb.end(), {p.r, p.g, p.b});
-        }
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    image.width = static_cast<png_uint_32>(part.width);
-    image.height = static_cast<png_uint_32>(part.height);
-    image.format = PNG_FORMAT_RGB;
-    png_alloc_size_t size = PNG_IMAGE_PNG_SIZE_MAX(image);
-    Bytes png(size);
-    if (!png_image_write_to_memory(&image, png.data(), &size, 0, rgb.data(), 0, nullptr))
-        throw std::runtime_error(image.message);
-    png.resize(size);
-    return png;
 }
 
 // The data of all chunks of a type, joined.
@@ -93,26 +73,18 @@ Area changed_part(const Picture& before, const Picture& after) {
 
 class AnimatedPng final : public Film {
   public:
-    AnimatedPng(const std::string& path, int width, int height)
-        : path_(path), last_(width, height), file_(path, std::ios::binary | std::ios::trunc) {
-        if (!file_) throw std::runtime_error(path + ": the file cannot be written");
-    }
+    AnimatedPng(std::FILE* file, int width, int height) : last_(width, height), file_(file) {}
 
     void add(const Picture& picture) override {
-        const Area all{0, 0, last_.width, last_.height};
         const bool first = pictures_ == 0;
-        const Area part = first ? all : changed_part(last_, picture);
-        const Bytes png = packed(picture, part);
+        const Area part = first ? Area{0, 0, last_.width, last_.height} : changed_part(last_, picture);
+        const Bytes png = packed_png(cut_out(picture, part.x, part.y, part.width, part.height));
         if (first) begin(png);
         ++pictures_;
         write(chunk("fcTL", control(part)));
-        Bytes data = data_of(png, "IDAT");
-        if (!first) {
-            Bytes numbered;
-            put32(numbered, sequence_++);
-            numbered.insert(numbered.end(), data.begin(), data.end());
-            data.swap(numbered);
-        }
+        Bytes data;
+        if (!first) put32(data, sequence_++);
+        append(data, data_of(png, "IDAT"));
         write(chunk(first ? "IDAT" : "fdAT", data));
         last_ = picture;
     }
@@ -120,20 +92,18 @@ class AnimatedPng final : public Film {
     void finish() override {
         write(chunk("IEND", {}));
         // How many pictures there are stands before the first of them.
-        file_.seekp(static_cast<std::streamoff>(counted_at_));
+        if (std::fseek(file_, counted_at_, SEEK_SET) != 0) fail();
         write(animation());
-        file_.close();
-        if (!file_) throw std::runtime_error(path_ + ": the film cannot be written");
     }
 
   private:
     void begin(const Bytes& png) {
         Bytes head(png.begin(), png.begin() + signature_length);
-        const Bytes header = chunk("IHDR", data_of(png, "IHDR"));
-        head.insert(head.end(), header.begin(), header.end());
-        counted_at_ = head.size();
+        append(head, chunk("IHDR", data_of(png, "IHDR")));
+        counted_at_ = static_cast<long>(head.size());
+        append(head, animation());
+        append(head, chunk("sRGB", {0}));  // perceptual intent, as libpng says of stills
         write(head);
-        write(animation());
     }
 
     [[nodiscard]] Bytes animation() const {
@@ -151,27 +121,26 @@ class AnimatedPng final : public Film {
             put32(data, static_cast<std::uint32_t>(number));
         put16(data, 1);
         put16(data, static_cast<int>(frames_per_second));
-        data.insert(data.end(), {0, 0});  // left in place afterwards; laid on, not blended
+        append(data, {0, 0});  // left in place afterwards; laid on, not blended
         return data;
     }
 
     void write(const Bytes& bytes) {
-        file_.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-        if (!file_) throw std::runtime_error(path_ + ": the film cannot be written");
+        if (std::fwrite(bytes.data(), 1, bytes.size(), file_) != bytes.size()) fail();
     }
+    [[noreturn]] static void fail() { throw std::runtime_error(std::strerror(errno)); }
 
-    std::string path_;
     Picture last_;
-    std::ofstream file_;
-    std::size_t counted_at_ = 0;
+    std::FILE* file_;
+    long counted_at_ = 0;
     std::uint32_t pictures_ = 0;
     std::uint32_t sequence_ = 0;  // of the animation's chunks
 };
 
 }  // namespace
 
-std::unique_ptr<Film> make_animated_png(const std::string& path, int width, int height) {
-    return std::make_unique<AnimatedPng>(path, width, height);
+std::unique_ptr<Film> make_animated_png(std::FILE* file, int width, int height) {
+    return std::make_unique<AnimatedPng>(file, width, height);
 }
 
 }  // namespace player

@@ -53,4 +53,14 @@ Picture contact_sheet(const std::vector<Picture>& shots) {
     return sheet;
 }
 
+bool is_contact_sheet(const Picture& picture) {
+    for (int y = 0; y < picture.height; ++y)
+        for (int x = 0; x < picture.width; ++x) {
+            const bool on_margin =
+                std::min(x, picture.width - 1 - x) < margin || std::min(y, picture.height - 1 - y) < margin;
+            if (on_margin && !(picture.at(x, y) == paper)) return false;
+        }
+    return true;
+}
+
 }  // namespace player

@@ -11,4 +11,7 @@ namespace player {
 // so that the sheet stays within about 1920 pixels. No shots: an empty picture.
 Picture contact_sheet(const std::vector<Picture>& shots);
 
+// Whether a picture is such a sheet: by its margin.
+bool is_contact_sheet(const Picture& picture);
+
 }  // namespace player

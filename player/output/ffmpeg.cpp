@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <iterator>
 #include <sstream>
 #include <stdexcept>
 
@@ -19,46 +20,43 @@ namespace {
 
 constexpr const char* program = "ffmpeg";
 
-// What makes a format of the raw pictures. One thread, since the work is divided differently from run to run.
-struct Format {
-    const char* extension;
-    std::vector<const char*> arguments;
-};
-const std::vector<Format>& formats() {
-    // Video of this kind halves the colours' resolution, so its sides must be even.
-    constexpr const char* even = "pad=ceil(iw/2)*2:ceil(ih/2)*2";
-    static const std::vector<Format> all{
-        // A palette for each picture: one for all could be made only after the last.
-        {".gif",
-         {"-filter_complex",
-          "fps=30,split[a][b];[a]palettegen=stats_mode=single:reserve_transparent=0[p];"
-          "[b][p]paletteuse=new=1:dither=bayer:bayer_scale=4"}},
-        {".mp4",
-         {"-vf", even, "-c:v", "libx264", "-preset", "medium", "-crf", "15", "-pix_fmt", "yuv420p",
-          "-movflags", "+faststart"}},
-        {".webm",
-         {"-vf", even, "-c:v", "libvpx-vp9", "-crf", "18", "-b:v", "0", "-deadline", "good", "-cpu-used", "4",
-          "-row-mt", "0", "-pix_fmt", "yuv420p"}},
-    };
-    return all;
+// What makes a format of the raw pictures.
+std::string encoding(FilmFormat format) {
+    // Video of these kinds halves the colours' resolution, so its sides must be even. How a film is shown
+    // that does not name its colours differs from player to player, so these do.
+    const std::string video =
+        "-vf pad=ceil(iw/2)*2:ceil(ih/2)*2,scale=out_color_matrix=bt709:out_range=tv -pix_fmt yuv420p "
+        "-color_range tv -colorspace bt709 -color_primaries bt709 -color_trc bt709 ";
+    if (format == FilmFormat::mp4) return video + "-c:v libx264 -preset medium -crf 15 -movflags +faststart";
+    if (format == FilmFormat::webm)
+        return video + "-c:v libvpx-vp9 -crf 18 -b:v 0 -deadline good -cpu-used 4 -row-mt 0";
+    // GIF. A palette for each picture: one for all could be made only after the last.
+    return "-filter_complex fps=30,split[a][b];[a]palettegen=stats_mode=single:reserve_transparent=0[p];"
+           "[b][p]paletteuse=new=1:dither=bayer:bayer_scale=4";
 }
 
-const Format& format_of(const std::string& path) {
-    const std::string extension = std::filesystem::path(path).extension().string();
-    for (const Format& format : formats())
-        if (extension == format.extension) return format;
-    throw std::runtime_error(path + ": there is no such format");
+// The command, word by word. Without -xerror a full disk would not show in its exit status. One thread, since
+// the work is divided differently from run to run.
+std::vector<std::string> command(const std::string& path, FilmFormat format, int width, int height) {
+    std::stringstream text;
+    text << program << " -hide_banner -loglevel error -xerror -y -f rawvideo -pix_fmt rgb24 -video_size "
+         << width << 'x' << height << " -framerate " << frames_per_second << " -i - " << encoding(format)
+         << " -threads 1 -filter_threads 1 -filter_complex_threads 1"
+            " -fflags +bitexact -flags:v +bitexact -map_metadata -1";
+    std::vector<std::string> words{std::istream_iterator<std::string>(text), {}};
+    words.push_back("file:" + path);
+    return words;
 }
 
 class FfmpegFilm final : public Film {
   public:
-    FfmpegFilm(const std::string& path, int width, int height) : path_(path) {
+    explicit FfmpegFilm(const std::vector<std::string>& command) {
         // A program that ends early shall be an error of ours, not the end of the player.
         std::signal(SIGPIPE, SIG_IGN);
         int ends[2];
-        if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error(path + ": " + std::strerror(errno));
+        if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error(std::strerror(errno));
         pipe_ = ends[1];
-        start(ends[0], width, height);
+        start(command, ends[0]);
     }
 
     ~FfmpegFilm() override {
@@ -67,46 +65,24 @@ class FfmpegFilm final : public Film {
     }
 
     void add(const Picture& picture) override {
-        rgb_.clear();
-        for (const Rgba& p : picture.pixels) rgb_.insert(rgb_.end(), {p.r, p.g, p.b});
-        for (std::size_t done = 0; done < rgb_.size();) {
-            const ssize_t count = write(pipe_, rgb_.data() + done, rgb_.size() - done);
-            if (count > 0)
+        const std::vector<std::uint8_t> rgb = rgb_bytes(picture);
+        for (std::size_t done = 0; done < rgb.size();) {
+            const ssize_t count = write(pipe_, rgb.data() + done, rgb.size() - done);
+            if (count > 0) {
                 done += static_cast<std::size_t>(count);
-            else if (count < 0 && errno != EINTR)
+            } else if (count < 0 && errno != EINTR) {
                 end();
+                throw std::runtime_error(std::string(program) + " ended before the film did");
+            }
         }
     }
 
     void finish() override { end(); }
 
   private:
-    void start(int input, int width, int height) {
-        const Format& format = format_of(path_);
-        std::ostringstream size, rate;
-        size << width << 'x' << height;
-        rate << frames_per_second;
-        const std::string size_text = size.str(), rate_text = rate.str(), target = "file:" + path_;
-        std::vector<const char*> words{program,
-                                       "-hide_banner",
-                                       "-loglevel",
-                                       "error",
-                                       "-y",
-                                       "-f",
-                                       "rawvideo",
-                                       "-pix_fmt",
-                                       "rgb24",
-                                       "-video_size",
-                                       size_text.c_str(),
-                                       "-framerate",
-                                       rate_text.c_str(),
-                                       "-i",
-                                       "-"};
-        words.insert(words.end(), format.arguments.begin(), format.arguments.end());
-        for (const char* word : {"-threads", "1", "-filter_threads", "1", "-filter_complex_threads", "1",
-                                 "-fflags", "+bitexact", "-flags:v", "+bitexact", "-map_metadata", "-1"})
-            words.push_back(word);
-        words.push_back(target.c_str());
+    void start(const std::vector<std::string>& command, int input) {
+        std::vector<char*> words;
+        for (const std::string& word : command) words.push_back(const_cast<char*>(word.c_str()));
         words.push_back(nullptr);
 
         posix_spawn_file_actions_t files;
@@ -121,14 +97,13 @@ class FfmpegFilm final : public Film {
         // In a process group of its own: a Ctrl+C that ends the game must not end the film as well.
         posix_spawnattr_setpgroup(&attributes, 0);
         posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETPGROUP);
-        const int error = posix_spawnp(&process_, program, &files, &attributes,
-                                       const_cast<char* const*>(words.data()), environ);
+        const int error = posix_spawnp(&process_, program, &files, &attributes, words.data(), environ);
         posix_spawnattr_destroy(&attributes);
         posix_spawn_file_actions_destroy(&files);
         close(input);
         if (error != 0) {
             process_ = 0;
-            throw std::runtime_error(path_ + ": " + program + " cannot be run: " + std::strerror(error));
+            throw std::runtime_error(std::string(program) + " cannot be run: " + std::strerror(error));
         }
     }
 
@@ -140,13 +115,11 @@ class FfmpegFilm final : public Film {
         while (waitpid(process_, &status, 0) < 0 && errno == EINTR) {
         }
         process_ = 0;
-        if (status != 0) throw std::runtime_error(path_ + ": " + program + " could not make the film");
+        if (status != 0) throw std::runtime_error(std::string(program) + " could not make the film");
     }
 
-    std::string path_;
     int pipe_ = -1;
     pid_t process_ = 0;
-    std::vector<std::uint8_t> rgb_;
 };
 
 bool is_installed() {
@@ -159,15 +132,15 @@ bool is_installed() {
 
 }  // namespace
 
-void require_ffmpeg(const std::string& path) {
+void require_ffmpeg() {
     if (is_installed()) return;
     throw std::runtime_error(
-        path + ": films of this format are made by ffmpeg, which is not installed: apt-get install " +
+        std::string("films of this format are made by ffmpeg, which is not installed: apt-get install ") +
         program + ", or record to a .png, which needs nothing and is animated, too");
 }
 
-std::unique_ptr<Film> make_ffmpeg_film(const std::string& path, int width, int height) {
-    return std::make_unique<FfmpegFilm>(path, width, height);
+std::unique_ptr<Film> make_ffmpeg_film(const std::string& path, FilmFormat format, int width, int height) {
+    return std::make_unique<FfmpegFilm>(command(path, format, width, height));
 }
 
 }  // namespace player

@@ -24,18 +24,21 @@ using Outputs = std::vector<std::unique_ptr<Output>>;
 
 // shots.cpp: PNGs of every so many frames and of the last, and their contact sheet.
 std::unique_ptr<Output> make_shots(const Options& options);
+// Those that an earlier run left in a folder; whatever else there is stays.
+void remove_shots(const std::string& folder);
 
-// recorder.cpp: a film of every frame, its format by the file's extension, one that film_problem() accepts.
+// recorder.cpp: a film of every frame, its format by the file's ending, which must be one's that there is.
 // Errors: std::runtime_error when ffmpeg is needed and not there, before anything is played.
 std::unique_ptr<Output> make_recorder(const std::string& path, int scale);
 
 // outputs.cpp
 
 // All that the options ask for. Folders that are missing are made. Errors: std::runtime_error for a place
-// that cannot be written.
+// that cannot be written, so that nobody plays for nothing.
 Outputs make_outputs(const Options& options);
-// For a run without a window: names the places below `options.out` for shots and sheet that were not named.
-// Shots of an earlier run there are removed.
+// For a run without a window: names the places below `options.out` for shots and sheet that were not named,
+// after the script, and removes the shots of an earlier run there. Errors: std::runtime_error when something
+// else has such a place, a link included.
 void choose_places(Options& options);
 // Plays, then ends the outputs, and prints a line about each thing that they have written: after an error in
 // `play`, too, since the pictures up to it are what one wants to look at. Returns what `play` returned.

@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "player/common/new_file.h"
+#include "player/output/contact_sheet.h"
 #include "player/output/output.h"
 
 namespace player {
@@ -10,17 +12,29 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void remove_shots(const fs::path& folder) {
-    if (!fs::is_directory(folder)) return;
-    for (const auto& entry : fs::directory_iterator(folder))
-        if (entry.path().filename().string().starts_with("frame_") && entry.path().extension() == ".png")
-            fs::remove(entry.path());
-}
-
 void make_folder(const fs::path& folder) {
     std::error_code error;
     if (!folder.empty()) fs::create_directories(folder, error);
     if (error) throw std::runtime_error(folder.string() + ": " + error.message());
+}
+
+// The folder of a file is made, too.
+void require_writable(const fs::path& file) {
+    if (file.empty()) return;
+    make_folder(file.parent_path());
+    const NewFile tried(file);
+}
+
+// The place of the sheet is the one that people give to pictures of their own as well.
+void require_our_sheet(const std::string& path) {
+    if (!fs::is_regular_file(path)) return;
+    try {
+        if (is_contact_sheet(read_png(path))) return;
+    } catch (const std::exception&) {  // no picture, so none of ours
+    }
+    throw std::runtime_error(path +
+                             ": this is no contact sheet of an earlier run, so it stays; name another place "
+                             "with --sheet or --out");
 }
 
 // All of them, even when one fails; then the first error.
@@ -42,7 +56,10 @@ Outputs make_outputs(const Options& asked) {
     Options options = asked;
     // The inspector enlarges the game itself, and its own text not at all.
     if (options.inspect && !options.window) options.scale = 1;
-    for (const std::string& file : {options.sheet, options.film}) make_folder(fs::path(file).parent_path());
+    if (!options.film.empty() && fs::weakly_canonical(options.film) == fs::weakly_canonical(options.sheet))
+        throw std::runtime_error(options.film + ": film and contact sheet cannot have the same name");
+    require_writable(options.sheet);
+    require_writable(options.film);
     make_folder(options.shots_folder);
     Outputs outputs;
     if (!options.shots_folder.empty() || !options.sheet.empty()) outputs.push_back(make_shots(options));
@@ -51,13 +68,24 @@ Outputs make_outputs(const Options& asked) {
 }
 
 void choose_places(Options& options) {
-    if (options.out.empty()) return;
-    const fs::path place = fs::path(options.out) / fs::path(options.script).stem();
+    if (options.out.empty() || (!options.shots_folder.empty() && !options.sheet.empty())) return;
+    const fs::path name = fs::path(options.script).stem();
+    if (name == "." || name == "..")
+        throw std::runtime_error(options.script + ": no folder of pictures can be called \"" + name.string() +
+                                 "\"; name places with --shots and --sheet");
+    const fs::path place = fs::path(options.out) / name;
+    if (options.sheet.empty()) {
+        options.sheet = place.string() + ".png";
+        require_our_sheet(options.sheet);
+    }
     if (options.shots_folder.empty()) {
         options.shots_folder = place.string();
-        remove_shots(place);
+        if (fs::is_symlink(place))
+            throw std::runtime_error(
+                options.shots_folder +
+                ": this is a link, which is not followed; name another place with --shots or --out");
+        remove_shots(options.shots_folder);
     }
-    if (options.sheet.empty()) options.sheet = place.string() + ".png";
 }
 
 int deliver(const Outputs& outputs, const std::function<int()>& play) {

@@ -1,8 +1,8 @@
-#include <algorithm>
-#include <filesystem>
 #include <functional>
+#include <optional>
 #include <stdexcept>
 
+#include "player/common/new_file.h"
 #include "player/common/placement.h"
 #include "player/output/film.h"
 #include "player/output/output.h"
@@ -24,61 +24,62 @@ Picture fitted(const Picture& picture, int width, int height) {
 class Recorder final : public Output {
   public:
     Recorder(const std::string& path, int scale)
-        : path_(path), scale_(scale), ours_(std::filesystem::path(path).extension() == ".png") {
-        if (!ours_) require_ffmpeg(path);
+        : path_(path), scale_(scale), format_(film_format(path).value()) {
+        named([&] {
+            if (format_ != FilmFormat::png) require_ffmpeg();
+        });
     }
 
     [[nodiscard]] bool wants(int, bool) const override { return true; }
 
     // The first picture decides the film's size; a game may change its video mode later.
     void take(const Picture& screen, int) override {
-        if (!film_) {
-            width_ = screen.width * scale_;
-            height_ = screen.height * scale_;
-            film_ =
-                ours_ ? make_animated_png(path_, width_, height_) : make_ffmpeg_film(path_, width_, height_);
-        }
+        if (!film_) begin(screen.width * scale_, screen.height * scale_);
         const bool as_it_is = screen.width == width_ && screen.height == height_;
         ++frames_;
-        whole([&] { film_->add(as_it_is ? screen : fitted(screen, width_, height_)); });
+        named([&] { film_->add(as_it_is ? screen : fitted(screen, width_, height_)); });
     }
 
     std::vector<std::string> finish() override {
         if (!film_) return {};
-        whole([&] { film_->finish(); });
+        named([&] { film_->finish(); });
+        file_->keep();
         return {"film: " + path_ + " (" + std::to_string(frames_) + " frames)"};
     }
 
   private:
-    // A film that could not be written to its end is no film: nothing of it stays.
-    void whole(const std::function<void()>& step) {
+    void begin(int width, int height) {
+        width_ = width;
+        height_ = height;
+        file_.emplace(path_);
+        named([&] {
+            film_ = format_ == FilmFormat::png ? make_animated_png(file_->stream(), width, height)
+                                               : make_ffmpeg_film(file_->beside(), format_, width, height);
+        });
+    }
+
+    // What goes wrong is told with the film's name. Then nothing of it stays: half a film is none.
+    void named(const std::function<void()>& step) {
         try {
             step();
-        } catch (...) {
+        } catch (const std::runtime_error& error) {
             film_.reset();
-            std::error_code error;
-            if (std::filesystem::is_regular_file(path_, error)) std::filesystem::remove(path_, error);
-            throw;
+            file_.reset();
+            throw std::runtime_error(path_ + ": " + error.what());
         }
     }
 
     std::string path_;
     int scale_;
-    bool ours_;
+    FilmFormat format_;
     int width_ = 0;
     int height_ = 0;
     int frames_ = 0;
+    std::optional<NewFile> file_;
     std::unique_ptr<Film> film_;
 };
 
 }  // namespace
-
-std::string film_problem(const std::string& path) {
-    const std::string extension = std::filesystem::path(path).extension().string();
-    const std::vector<std::string> known{".mp4", ".webm", ".gif", ".png"};
-    if (std::find(known.begin(), known.end(), extension) != known.end()) return {};
-    return path + ": films end with .mp4, .webm, .gif or .png (animated)";
-}
 
 std::unique_ptr<Output> make_recorder(const std::string& path, int scale) {
     return std::make_unique<Recorder>(path, scale);

@@ -1,12 +1,27 @@
 #include <array>
 #include <cstdio>
 #include <filesystem>
+#include <regex>
 
 #include "player/output/contact_sheet.h"
 #include "player/output/output.h"
 
 namespace player {
 namespace {
+
+namespace fs = std::filesystem;
+
+std::string shot_name(int frame) {
+    std::array<char, 32> name{};
+    std::snprintf(name.data(), name.size(), "frame_%05d.png", frame);
+    return name.data();
+}
+
+bool is_shot(const fs::directory_entry& entry) {
+    static const std::regex name("frame_[0-9]{5,}[.]png");
+    return fs::is_regular_file(entry.symlink_status()) &&
+           std::regex_match(entry.path().filename().string(), name);
+}
 
 class Shots final : public Output {
   public:
@@ -18,9 +33,7 @@ class Shots final : public Output {
 
     void take(const Picture& screen, int frame) override {
         if (!options_.shots_folder.empty()) {
-            std::array<char, 32> name{};
-            std::snprintf(name.data(), name.size(), "frame_%05d.png", frame);
-            write_png((std::filesystem::path(options_.shots_folder) / name.data()).string(),
+            write_png((fs::path(options_.shots_folder) / shot_name(frame)).string(),
                       options_.scale == 1 ? screen : enlarged(screen, options_.scale));
             ++written_;
         }
@@ -60,6 +73,12 @@ class Shots final : public Output {
 };
 
 }  // namespace
+
+void remove_shots(const std::string& folder) {
+    if (!fs::is_directory(folder)) return;
+    for (const auto& entry : fs::directory_iterator(folder))
+        if (is_shot(entry)) fs::remove(entry.path());
+}
 
 std::unique_ptr<Output> make_shots(const Options& options) {
     return std::make_unique<Shots>(options);

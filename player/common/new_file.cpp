@@ -1,0 +1,66 @@
+#include "player/common/new_file.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <stdexcept>
+#include <utility>
+
+namespace player {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void fail(const std::string& path, int error) {
+    throw std::runtime_error(path + ": " + std::strerror(error));
+}
+
+void require_replaceable(const std::string& path) {
+    std::error_code error;
+    const fs::file_status there = fs::symlink_status(path, error);
+    if (!fs::exists(there)) return;
+    if (!fs::is_regular_file(there)) {
+        const char* const what = fs::is_directory(there) ? "folder"
+                                 : fs::is_symlink(there) ? "link"
+                                                         : "special file";
+        throw std::runtime_error(path + ": this is a " + what + ", and only regular files are replaced");
+    }
+    if (access(path.c_str(), W_OK) != 0) fail(path, errno);
+}
+
+// "out/film.mp4" -> "out/film.part1234_0.mp4", of this process alone.
+std::string path_beside(const fs::path& path, int attempt) {
+    return (path.parent_path() / path.stem()).string() + ".part" + std::to_string(getpid()) + "_" +
+           std::to_string(attempt) + path.extension().string();
+}
+
+}  // namespace
+
+NewFile::NewFile(std::string path) : path_(std::move(path)) {
+    require_replaceable(path_);
+    int file = -1;
+    for (int attempt = 0; file < 0; ++attempt) {
+        beside_ = path_beside(path_, attempt);
+        file = open(beside_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_LARGEFILE, 0666);
+        if (file < 0 && errno != EEXIST) fail(path_, errno);
+    }
+    stream_ = fdopen(file, "w+b");
+    if (stream_ == nullptr) fail(path_, errno);
+}
+
+NewFile::~NewFile() {
+    if (stream_ != nullptr) std::fclose(stream_);
+    if (!beside_.empty()) unlink(beside_.c_str());
+}
+
+void NewFile::keep() {
+    if (std::fclose(std::exchange(stream_, nullptr)) != 0) fail(path_, errno);
+    require_replaceable(path_);
+    if (std::rename(beside_.c_str(), path_.c_str()) != 0) fail(path_, errno);
+    beside_.clear();
+}
+
+}  // namespace player
