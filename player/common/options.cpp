@@ -21,11 +21,16 @@ std::string module_beside_program() {
 }
 
 void read_size(const std::string& text, Options& options) {
+    long long width = 0, height = 0;
     int used = 0;
-    if (std::sscanf(text.c_str(), "%dx%d%n", &options.width, &options.height, &used) != 2 ||
-        text.size() != static_cast<std::size_t>(used) || options.width < 1 || options.height < 1 ||
-        options.width > largest_side || options.height > largest_side)
+    if (std::sscanf(text.c_str(), "%lldx%lld%n", &width, &height, &used) != 2 ||
+        text.size() != static_cast<std::size_t>(used) || width < 1 || height < 1)
         throw CLI::ValidationError("--size", "\"" + text + "\" is not of the form 640x480");
+    if (std::max(width, height) > largest_side)
+        throw CLI::ValidationError("--size", "\"" + text + "\" is too large: no side has more than " +
+                                                 std::to_string(largest_side) + " pixels");
+    options.width = static_cast<int>(width);
+    options.height = static_cast<int>(height);
 }
 
 // What is wrong in the words of CLI11, or of an option that there is none, with the closest one that there
@@ -67,6 +72,7 @@ std::optional<Options> parse_options(int argc, char** argv, int& exit_status) {
     std::string asked = "main", demos;
     bool list = false;
     app.add_option("script", asked, "The game: a Lua script, or the name of a demo [main]");
+    app.set_version_flag("--version", "RVK_mod_scroll2D " SCROLL2D_VERSION);
     app.add_flag("--list", list, "List the demos, and play nothing");
     app.add_flag("--window,!--no-window", options.window,
                  "Play in a window [./play: where there is a display]");

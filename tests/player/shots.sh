@@ -75,13 +75,15 @@ full() (trap '' XFSZ; ulimit -f 1; run "$@")
 refused 1 "sub/frame_00004.png: File too large" full sub --size 640x480
 refused 1 "a.png: File too large" full a --shots sub
 cmp a.png b.png && ! compgen -G '*.part*' || fail "a sheet that could not be written replaces the old one"
-refused 1 "standard output cannot be written" "$player" --help > /dev/full
+refused 1 "standard output cannot be written" "$player" --version > /dev/full
 
 misused '--size: "100by50" is not of the form 640x480' --size 100by50 game.lua
+misused '--size: "20000x50" is too large: no side has more than 16384 pixels' --size 20000x50 game.lua
 misused "--sheet: game.lua: the name of a sheet ends with .png" --sheet game.lua
 misused "there is no option --frame; did you mean --frames?" --frame 5 --every 3 game.lua
 misused "there is no option --fps" --bpp 8 --fps=3 --scale 2 game.lua
 misused "no such script: gane.lua; did you mean game.lua?" gane.lua
+[[ $("$player" --version) =~ ^RVK_mod_scroll2D\ [0-9]+\.[0-9]+\.[0-9]+$ ]] || fail "version"
 "$player" --scale 2 --scale 1 --frames 1 game.lua || fail "the last of two equal options does not count"
 "$player" --module game.lua game.lua 2> err && fail "a script is no module"
 [[ -s err ]] || fail "no message for a wrong module"
