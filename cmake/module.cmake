@@ -9,6 +9,7 @@ add_library(scroll2d_objects OBJECT
     module/buffer/plane_buffers.cpp
     module/buffer/check_ring.cpp
     module/scroll/view.cpp
+    module/scroll/rebuild.cpp
     module/scroll/start.cpp
     module/scroll/stop.cpp
     module/scroll/camera.cpp

@@ -12,6 +12,8 @@
 #include "module/contract/host_records.h"
 #include "module/contract/numbers.h"
 #include "module/render/plane_drawing.h"
+#include "module/state/host_link.h"
+#include "module/state/plane.h"
 #include "module/state/routine_pointers.h"
 #include "module/state/scroll_table.h"
 
@@ -51,14 +53,15 @@ constexpr Chapter story[] = {
 };
 
 bool view_is_right() {
-    const Plane plane = plane_of(*pscroll, 1);
+    const ConstPlane plane(*pscroll, 1);
     const PlaneRows<std::uint32_t> rows(*pscroll, plane);
     for (std::int32_t row = 0; row < view_height; ++row) {
         for (std::int32_t column = 0; column < view_width; ++column) {
-            const std::int32_t x = floor_mod(std::int64_t{plane.x} + column, map_width);
-            const std::int32_t y = floor_mod(std::int64_t{plane.y} + row, map_height);
+            const std::int32_t x = floor_mod(std::int64_t{plane.x()} + column, map_width);
+            const std::int32_t y = floor_mod(std::int64_t{plane.y()} + row, map_height);
             if (rows[row][column] == static_cast<std::uint32_t>(y * map_width + x)) continue;
-            std::fprintf(stderr, "view pixel (%d, %d) is wrong at (%d, %d)\n", column, row, plane.x, plane.y);
+            std::fprintf(stderr, "view pixel (%d, %d) is wrong at (%d, %d)\n", column, row, plane.x(),
+                         plane.y());
             return false;
         }
     }
@@ -75,13 +78,13 @@ void print_cells(const char* name, const std::uint32_t* cells, std::int32_t coun
 }
 
 void print_frame(const Chapter& chapter, bool last) {
-    const Plane plane = plane_of(*pscroll, 1);
-    const auto* const memory = reinterpret_cast<const std::uint32_t*>(plane.buffer);
+    const ConstPlane plane(*pscroll, 1);
+    const auto* const memory = reinterpret_cast<const std::uint32_t*>(plane.buffer());
     const PlaneRows<std::uint32_t> rows(*pscroll, plane);
     std::printf(
         "{\"caption\":\"%s\",\"still\":\"%s\",\"dx\":%d,\"dy\":%d,\"x\":%d,\"y\":%d,\"rows_to_wrap\":%d",
         chapter.caption, last && chapter.still != nullptr ? chapter.still : "", chapter.dx, chapter.dy,
-        plane.x, plane.y, plane.rows_to_wrap);
+        plane.x(), plane.y(), plane.rows_to_wrap());
     std::printf(",\"row_begins\":[");
     for (std::int32_t row = 0; row < view_height; ++row) {
         std::printf("%s%d", row == 0 ? "" : ",", static_cast<int>(rows[row] - memory));
@@ -117,7 +120,7 @@ int main() {
     r.map1_width = map_width;
     r.map1_height = map_height;
     r.map1_pixels = reinterpret_cast<const std::uint8_t*>(map.data());
-    if (renew_buffers(r) != 0) return 1;
+    if (renew_buffers(r, 1, 1) != 0) return 1;
     auto* const memory = reinterpret_cast<std::uint32_t*>(r.buffer1);
     for (std::int32_t i = 0; i < view_width * (view_height + 1); ++i) memory[i] = never_written;
     set_scroll(1, 10, 8);

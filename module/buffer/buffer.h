@@ -24,7 +24,7 @@
 
 #include <cstdint>
 
-#include "module/state/scroll_table.h"
+#include "module/state/scroll_record.h"
 
 namespace scroll2d {
 
@@ -42,18 +42,12 @@ struct BufferSize {
 
 BufferSize buffer_size(const ScrollRecord& r);
 
-// A buffer of that size, the caller's until a record holds it; null without memory.
-std::uint8_t* allocate_buffer(BufferSize size);
-
-// Gives every plane of the scroll a new buffer for the view on record and frees the old ones: all or none.
-// The new buffers hold nothing yet; the caller fills them at once, or calls disown_buffers.
-// Returns 0, or the number of the plane whose allocation failed; then nothing has changed.
-std::int32_t renew_buffers(ScrollRecord& r);
-
-// Makes the record's buffers those of the view and depth on record: stores what buffers_fit() asks about, and
-// ring_size, pitch, last_row_offset and last_row_bytes with it, so that these always describe the buffers. A
-// shortage of memory is over then.
-void own_buffers(ScrollRecord& r);
+// Gives planes first to last of the scroll new buffers for the view on record and frees the old ones: all or
+// none. The record then says whose buffers they are: it stores what buffers_fit() asks about, and ring_size,
+// pitch, last_row_offset and last_row_bytes with it, so that these always describe the buffers. A shortage of
+// memory is over then. The new buffers hold nothing yet; the caller fills them at once, or calls
+// disown_buffers. Returns 0, or the number of the plane whose allocation failed; then nothing has changed.
+std::int32_t renew_buffers(ScrollRecord& r, std::int32_t first, std::int32_t last);
 
 // Says that the buffers hold nothing for any view, so that the next draw or move makes new ones.
 void disown_buffers(ScrollRecord& r);
@@ -68,14 +62,6 @@ void free_buffers(ScrollRecord& r);
 //   reads: pscroll, _scroll_     writes: the plane's buffer, read pointer and position; x0, y0, x1, y1
 void set_scroll(std::int32_t plane, std::int32_t x, std::int32_t y);
 
-// Copies all four plane coordinates into the script element.
-void mirror_positions();
-
-// The fill of each depth, called through the pointer of module/state/routine_pointers.h alone.
-void setting_scroll_8bits(std::int32_t plane, std::int32_t x, std::int32_t y);
-void setting_scroll_16bits(std::int32_t plane, std::int32_t x, std::int32_t y);
-void setting_scroll_32bits(std::int32_t plane, std::int32_t x, std::int32_t y);
-
 // ---- shift.cpp
 
 // Moves plane 1 or 2 of the current scroll by (dx, dy) map pixels: clamped as a fill does, shifted up to half
@@ -83,25 +69,5 @@ void setting_scroll_32bits(std::int32_t plane, std::int32_t x, std::int32_t y);
 // view has no buffers.
 //   reads: pscroll, _scroll_     writes: as set_scroll, but a shift mirrors its own plane only
 void moving_scroll(std::int32_t plane, std::int64_t dx, std::int64_t dy);
-
-// The steps of each depth, called through the pointers of module/state/routine_pointers.h alone.
-void moving_scroll_left_8bits(std::int32_t plane, std::int32_t x, std::int32_t y);
-void moving_scroll_left_16bits(std::int32_t plane, std::int32_t x, std::int32_t y);
-void moving_scroll_left_32bits(std::int32_t plane, std::int32_t x, std::int32_t y);
-void moving_scroll_right_8bits(std::int32_t plane, std::int32_t x, std::int32_t y);
-void moving_scroll_right_16bits(std::int32_t plane, std::int32_t x, std::int32_t y);
-void moving_scroll_right_32bits(std::int32_t plane, std::int32_t x, std::int32_t y);
-void moving_scroll_up_8bits(std::int32_t plane, std::int32_t x, std::int32_t y);
-void moving_scroll_up_16bits(std::int32_t plane, std::int32_t x, std::int32_t y);
-void moving_scroll_up_32bits(std::int32_t plane, std::int32_t x, std::int32_t y);
-void moving_scroll_down_8bits(std::int32_t plane, std::int32_t x, std::int32_t y);
-void moving_scroll_down_16bits(std::int32_t plane, std::int32_t x, std::int32_t y);
-void moving_scroll_down_32bits(std::int32_t plane, std::int32_t x, std::int32_t y);
-void moving_scroll_columns_8bits(std::int32_t plane, std::int32_t x, std::int32_t y, std::int32_t columns);
-void moving_scroll_columns_16bits(std::int32_t plane, std::int32_t x, std::int32_t y, std::int32_t columns);
-void moving_scroll_columns_32bits(std::int32_t plane, std::int32_t x, std::int32_t y, std::int32_t columns);
-void moving_scroll_rows_8bits(std::int32_t plane, std::int32_t x, std::int32_t y, std::int32_t rows);
-void moving_scroll_rows_16bits(std::int32_t plane, std::int32_t x, std::int32_t y, std::int32_t rows);
-void moving_scroll_rows_32bits(std::int32_t plane, std::int32_t x, std::int32_t y, std::int32_t rows);
 
 }  // namespace scroll2d

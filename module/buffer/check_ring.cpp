@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "module/contract/numbers.h"
+#include "module/state/plane.h"
 #include "module/state/scroll_table.h"
 
 namespace scroll2d {
@@ -20,21 +21,21 @@ std::size_t bytes(std::int64_t pixels) {
 }
 
 // The reading rule of buffer.h.
-const std::uint8_t* view_row(const Plane& plane, std::int32_t row) {
-    const std::int64_t wrapped = row < plane.rows_to_wrap ? 0 : pscroll->ring_size;
-    return plane.start + (std::int64_t{row} * pscroll->width - wrapped) * pscroll->made_pixel_bytes;
+const std::uint8_t* view_row(const ConstPlane& plane, std::int32_t row) {
+    const std::int64_t wrapped = row < plane.rows_to_wrap() ? 0 : pscroll->ring_size;
+    return plane.start() + (std::int64_t{row} * pscroll->width - wrapped) * pscroll->made_pixel_bytes;
 }
 
-const std::uint8_t* map_pixel(const Plane& plane, std::int32_t column, std::int32_t row) {
-    const std::int64_t x = floor_mod(std::int64_t{plane.x} + column, plane.map_width);
-    const std::int64_t y = floor_mod(std::int64_t{plane.y} + row, plane.map_height);
-    return plane.map_pixels + bytes(y * plane.map_width + x);
+const std::uint8_t* map_pixel(const ConstPlane& plane, std::int32_t column, std::int32_t row) {
+    const std::int64_t x = floor_mod(std::int64_t{plane.x()} + column, plane.map_width());
+    const std::int64_t y = floor_mod(std::int64_t{plane.y()} + row, plane.map_height());
+    return plane.map_pixels() + bytes(y * plane.map_width() + x);
 }
 
-void check_pointers(const Plane& plane) {
-    const std::int64_t offset = (plane.start - plane.buffer) / pscroll->made_pixel_bytes;
+void check_pointers(const ConstPlane& plane) {
+    const std::int64_t offset = (plane.start() - plane.buffer()) / pscroll->made_pixel_bytes;
     assert(offset >= 0 && offset < pscroll->ring_size);
-    assert(plane.rows_to_wrap == pscroll->height - offset / pscroll->width);
+    assert(plane.rows_to_wrap() == pscroll->height - offset / pscroll->width);
     assert(pscroll->ring_size == pscroll->width * pscroll->height);
     assert(pscroll->pitch == pscroll->width * pscroll->made_pixel_bytes);
     // Going on past the wrap is going back by the last row's offset.
@@ -43,7 +44,7 @@ void check_pointers(const Plane& plane) {
 }
 
 template <class Expected>
-void check_view(const Plane& plane, Expected expected) {
+void check_view(const ConstPlane& plane, Expected expected) {
     check_pointers(plane);
     for (std::int32_t row = 0; row < pscroll->height; ++row) {
         for (std::int32_t column = 0; column < pscroll->width; ++column) {
@@ -55,14 +56,15 @@ void check_view(const Plane& plane, Expected expected) {
 
 }  // namespace
 
-void check_filled(const Plane& plane) {
+void check_filled(std::int32_t number) {
+    const ConstPlane plane(*pscroll, number);
     check_view(plane, [&](std::int32_t column, std::int32_t row) { return map_pixel(plane, column, row); });
 }
 
 ShiftCheck::ShiftCheck(std::int32_t plane)
     : plane_(plane), taken_(bytes(pscroll->ring_size) <= sizeof snapshot) {
     if (!taken_) return;
-    const Plane p = plane_of(*pscroll, plane_);
+    const ConstPlane p(*pscroll, plane_);
     for (std::int32_t row = 0; row < pscroll->height; ++row) {
         std::memcpy(snapshot + row * pscroll->pitch, view_row(p, row), bytes(pscroll->width));
     }
@@ -70,7 +72,7 @@ ShiftCheck::ShiftCheck(std::int32_t plane)
 
 void ShiftCheck::moved_by(std::int64_t dx, std::int64_t dy) const {
     if (!taken_) return;
-    const Plane p = plane_of(*pscroll, plane_);
+    const ConstPlane p(*pscroll, plane_);
     check_view(p, [&](std::int32_t column, std::int32_t row) {
         const std::int64_t old_column = column + dx;
         const std::int64_t old_row = row + dy;

@@ -6,13 +6,11 @@
 
 #include <cstdint>
 
-#include "module/state/scroll_table.h"
-
 namespace scroll2d {
 
 #ifdef NDEBUG
 
-inline void check_filled(const Plane&) {}
+inline void check_filled(std::int32_t) {}
 
 class ShiftCheck {
   public:
@@ -22,8 +20,8 @@ class ShiftCheck {
 
 #else
 
-// Asserts that every view pixel is its map pixel.
-void check_filled(const Plane& plane);
+// Asserts that every view pixel of a plane of the current scroll is its map pixel.
+void check_filled(std::int32_t plane);
 
 // Takes a plane's picture, and asserts after a shift that what stayed in view is still there and that what
 // came into view is the map's. Views too large for its memory go unchecked.

@@ -56,23 +56,23 @@ void repeat_bytes(std::uint8_t* row, std::size_t period, std::size_t bytes) {
 
 }  // namespace
 
-void copy_from_map(const Plane& plane, const MapRectangle& r, std::int32_t pixel_bytes, std::uint8_t* to,
+void copy_from_map(const PlaneMap& map, const MapRectangle& r, std::int32_t pixel_bytes, std::uint8_t* to,
                    std::int32_t width) {
     const auto bytes = [pixel_bytes](std::int32_t pixels) {
         return static_cast<std::size_t>(pixels) * static_cast<std::size_t>(pixel_bytes);
     };
     const auto stride = static_cast<std::ptrdiff_t>(bytes(width));
-    const auto map_stride = static_cast<std::ptrdiff_t>(bytes(plane.map_width));
-    const std::int32_t map_column = floor_mod(r.x, plane.map_width);
-    const std::int32_t map_row = floor_mod(r.y, plane.map_height);
-    const std::int32_t once_columns = std::min(r.columns, plane.map_width);
-    const std::int32_t once_rows = std::min(r.rows, plane.map_height);
+    const auto map_stride = static_cast<std::ptrdiff_t>(bytes(map.width));
+    const std::int32_t map_column = floor_mod(r.x, map.width);
+    const std::int32_t map_row = floor_mod(r.y, map.height);
+    const std::int32_t once_columns = std::min(r.columns, map.width);
+    const std::int32_t once_rows = std::min(r.rows, map.height);
 
     // Up to four blocks, cut where the map begins again.
-    const std::int32_t left = std::min(once_columns, plane.map_width - map_column);
-    const std::int32_t upper = std::min(once_rows, plane.map_height - map_row);
+    const std::int32_t left = std::min(once_columns, map.width - map_column);
+    const std::int32_t upper = std::min(once_rows, map.height - map_row);
     const auto copy_band = [&](std::uint8_t* band, std::int32_t from_row, std::int32_t rows) {
-        const std::uint8_t* const from = plane.map_pixels + from_row * map_stride;
+        const std::uint8_t* const from = map.pixels + from_row * map_stride;
         copy_block(band, stride, from + bytes(map_column), map_stride, bytes(left), rows);
         copy_block(band + bytes(left), stride, from, map_stride, bytes(once_columns - left), rows);
     };

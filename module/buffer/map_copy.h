@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "module/state/scroll_table.h"
+#include "module/state/plane.h"
 
 namespace scroll2d {
 
@@ -15,10 +15,10 @@ struct MapRectangle {
     std::int32_t rows;
 };
 
-// Copies a rectangle of a plane's map to rows of a buffer that are `width` pixels apart. The map is not
+// Copies a rectangle of a map to rows of a buffer that are `width` pixels apart. The map is not
 // empty. A map smaller than the rectangle is read once and repeated from there, so that a small map costs no
 // more than a large one.
-void copy_from_map(const Plane& plane, const MapRectangle& rectangle, std::int32_t pixel_bytes,
+void copy_from_map(const PlaneMap& map, const MapRectangle& rectangle, std::int32_t pixel_bytes,
                    std::uint8_t* to, std::int32_t width);
 
 }  // namespace scroll2d

@@ -6,6 +6,7 @@
 #include "module/buffer/check_ring.h"
 #include "module/buffer/map_copy.h"
 #include "module/contract/numbers.h"
+#include "module/state/plane.h"
 #include "module/state/routine_pointers.h"
 #include "module/state/scroll_table.h"
 
@@ -17,14 +18,14 @@ namespace {
 template <class Pixel>
 class Ring {
   public:
-    Ring(const ScrollRecord& r, const Plane& plane)
-        : plane_(plane),
-          base_(reinterpret_cast<Pixel*>(plane.buffer)),
+    Ring(ScrollRecord& r, std::int32_t number)
+        : plane_(r, number),
+          base_(reinterpret_cast<Pixel*>(plane_.buffer())),
           width_(r.width),
           height_(r.height),
           size_(r.ring_size),
-          offset_(static_cast<std::int32_t>(reinterpret_cast<Pixel*>(plane.start) - base_)) {}
-    ~Ring() { plane_.start = reinterpret_cast<std::uint8_t*>(base_ + offset_); }
+          offset_(static_cast<std::int32_t>(reinterpret_cast<Pixel*>(plane_.start()) - base_)) {}
+    ~Ring() { plane_.start() = reinterpret_cast<std::uint8_t*>(base_ + offset_); }
     Ring(const Ring&) = delete;
     Ring& operator=(const Ring&) = delete;
 
@@ -38,10 +39,10 @@ class Ring {
         offset_ += columns;
         if (column() != 0) return;
         std::memcpy(base_, base_ + size_, pitch());
-        --plane_.rows_to_wrap;
+        --plane_.rows_to_wrap();
         if (offset_ == size_) {
             offset_ = 0;
-            plane_.rows_to_wrap = height_;
+            plane_.rows_to_wrap() = height_;
         }
     }
 
@@ -52,40 +53,40 @@ class Ring {
             std::memcpy(base_ + size_, base_, pitch());
             if (offset_ == 0) {
                 offset_ = size_;
-                plane_.rows_to_wrap = 0;
+                plane_.rows_to_wrap() = 0;
             }
-            ++plane_.rows_to_wrap;
+            ++plane_.rows_to_wrap();
         }
         offset_ -= columns;
     }
 
     void step_up(std::int32_t rows) {
         offset_ -= rows * width_;
-        plane_.rows_to_wrap += rows;
+        plane_.rows_to_wrap() += rows;
         if (offset_ < 0) {
             offset_ += size_;
-            plane_.rows_to_wrap -= height_;
+            plane_.rows_to_wrap() -= height_;
         }
     }
 
     void step_down(std::int32_t rows) {
         offset_ += rows * width_;
-        plane_.rows_to_wrap -= rows;
+        plane_.rows_to_wrap() -= rows;
         if (offset_ >= size_) {
             offset_ -= size_;
-            plane_.rows_to_wrap += height_;
+            plane_.rows_to_wrap() += height_;
         }
     }
 
     // The first pixel of a view row.
     Pixel* view_row(std::int32_t row) const {
-        return base_ + offset_ + (row * width_ - (row < plane_.rows_to_wrap ? 0 : size_));
+        return base_ + offset_ + (row * width_ - (row < plane_.rows_to_wrap() ? 0 : size_));
     }
 
     // Copies a rectangle of the map to view pixel (column, row): the rows before the wrap, then those after
     // it. A row that straddles the ring's end runs on into the extra row.
     void copy(const MapRectangle& from, std::int32_t column, std::int32_t row) const {
-        const std::int32_t before = std::clamp(plane_.rows_to_wrap - row, 0, from.rows);
+        const std::int32_t before = std::clamp(plane_.rows_to_wrap() - row, 0, from.rows);
         if (before > 0) copy_rows({from.x, from.y, from.columns, before}, view_row(row) + column);
         const std::int32_t after = from.rows - before;
         if (after > 0)
@@ -97,7 +98,7 @@ class Ring {
 
   private:
     void copy_rows(const MapRectangle& from, Pixel* to) const {
-        copy_from_map(plane_, from, sizeof(Pixel), reinterpret_cast<std::uint8_t*>(to), width_);
+        copy_from_map(plane_.map(), from, sizeof(Pixel), reinterpret_cast<std::uint8_t*>(to), width_);
     }
     std::int32_t column() const { return offset_ % width_; }
     std::size_t pitch() const { return static_cast<std::size_t>(width_) * sizeof(Pixel); }
@@ -114,7 +115,7 @@ class Ring {
 // ring row 0 and the extra row is made there, as the single steps make it. (x, y) is the position shown.
 template <class Pixel>
 void shift_right(std::int32_t number, std::int64_t x, std::int32_t y, std::int32_t columns) {
-    Ring<Pixel> ring(*pscroll, plane_of(*pscroll, number));
+    Ring<Pixel> ring(*pscroll, number);
     while (columns > 0) {
         const std::int32_t strip = columns < ring.columns_ahead() ? columns : ring.columns_ahead();
         ring.step_right(strip);
@@ -126,7 +127,7 @@ void shift_right(std::int32_t number, std::int64_t x, std::int32_t y, std::int32
 
 template <class Pixel>
 void shift_left(std::int32_t number, std::int64_t x, std::int32_t y, std::int32_t columns) {
-    Ring<Pixel> ring(*pscroll, plane_of(*pscroll, number));
+    Ring<Pixel> ring(*pscroll, number);
     while (columns > 0) {
         const std::int32_t strip = columns < ring.columns_behind() ? columns : ring.columns_behind();
         ring.step_left(strip);
@@ -137,65 +138,26 @@ void shift_left(std::int32_t number, std::int64_t x, std::int32_t y, std::int32_
 }
 
 template <class Pixel>
-void shift_columns(std::int32_t number, std::int32_t x, std::int32_t y, std::int32_t columns) {
-    if (columns > 0) {
-        shift_right<Pixel>(number, x, y, columns);
-    } else {
-        shift_left<Pixel>(number, x, y, -columns);
-    }
-}
-
-template <class Pixel>
 void shift_up(std::int32_t number, std::int32_t x, std::int64_t y, std::int32_t rows) {
-    Ring<Pixel> ring(*pscroll, plane_of(*pscroll, number));
+    Ring<Pixel> ring(*pscroll, number);
     ring.step_up(rows);
     ring.copy({x, y - rows, ring.width(), rows}, 0, 0);
 }
 
 template <class Pixel>
 void shift_down(std::int32_t number, std::int32_t x, std::int64_t y, std::int32_t rows) {
-    Ring<Pixel> ring(*pscroll, plane_of(*pscroll, number));
+    Ring<Pixel> ring(*pscroll, number);
     ring.step_down(rows);
     ring.copy({x, y + ring.height(), ring.width(), rows}, 0, ring.height() - rows);
 }
 
-template <class Pixel>
-void shift_rows(std::int32_t number, std::int32_t x, std::int32_t y, std::int32_t rows) {
-    if (rows > 0) {
-        shift_down<Pixel>(number, x, y, rows);
-    } else {
-        shift_up<Pixel>(number, x, y, -rows);
-    }
-}
-
-// Columns first, at the old vertical position; then rows, at the new horizontal one. A single step has a
-// routine of its own; many are made at once.
+// Columns first, at the old vertical position; then rows, at the new horizontal one.
 void shift(std::int32_t number, std::int32_t old_x, std::int32_t old_y, std::int32_t new_x, std::int32_t dx,
            std::int32_t dy) {
-    switch (dx) {
-        case 0:
-            break;
-        case 1:
-            moving_scroll_right(number, old_x, old_y);
-            break;
-        case -1:
-            moving_scroll_left(number, old_x, old_y);
-            break;
-        default:
-            moving_scroll_columns(number, old_x, old_y, dx);
-    }
-    switch (dy) {
-        case 0:
-            break;
-        case 1:
-            moving_scroll_down(number, new_x, old_y);
-            break;
-        case -1:
-            moving_scroll_up(number, new_x, old_y);
-            break;
-        default:
-            moving_scroll_rows(number, new_x, old_y, dy);
-    }
+    if (dx > 0) moving_scroll_right(number, old_x, old_y, dx);
+    if (dx < 0) moving_scroll_left(number, old_x, old_y, -dx);
+    if (dy > 0) moving_scroll_down(number, new_x, old_y, dy);
+    if (dy < 0) moving_scroll_up(number, new_x, old_y, -dy);
 }
 
 bool more_than_half(std::int64_t distance, std::int32_t extent) {
@@ -207,14 +169,15 @@ bool more_than_half(std::int64_t distance, std::int32_t extent) {
 
 void moving_scroll(std::int32_t number, std::int64_t dx, std::int64_t dy) {
     ScrollRecord& r = *pscroll;
-    const Plane plane = plane_of(r, number);
+    const Plane plane(r, number);
     if (!buffers_fit(r)) return;
 
-    const std::int32_t old_x = plane.x;
-    const std::int32_t old_y = plane.y;
-    const std::int32_t new_x = wrap32(clamp_position(old_x + dx, plane.wraps_x(), r.width, plane.map_width));
+    const std::int32_t old_x = plane.x();
+    const std::int32_t old_y = plane.y();
+    const std::int32_t new_x =
+        wrap32(clamp_position(old_x + dx, plane.wraps_x(), r.width, plane.map_width()));
     const std::int32_t new_y =
-        wrap32(clamp_position(old_y + dy, plane.wraps_y(), r.height, plane.map_height));
+        wrap32(clamp_position(old_y + dy, plane.wraps_y(), r.height, plane.map_height()));
     const std::int64_t moved_x = std::int64_t{new_x} - old_x;
     const std::int64_t moved_y = std::int64_t{new_y} - old_y;
     if (more_than_half(moved_x, r.width) || more_than_half(moved_y, r.height)) {
@@ -222,76 +185,29 @@ void moving_scroll(std::int32_t number, std::int64_t dx, std::int64_t dy) {
         return;
     }
 
-    plane.x = new_x;
-    plane.y = new_y;
+    plane.x() = new_x;
+    plane.y() = new_y;
     const ShiftCheck check(number);
     shift(number, old_x, old_y, new_x, static_cast<std::int32_t>(moved_x),
           static_cast<std::int32_t>(moved_y));
     check.moved_by(moved_x, moved_y);
 
-    const ScriptPlane script = script_plane_of(*_scroll_, number);
-    script.x = new_x;
-    script.y = new_y;
+    const ScriptPlane script(*_scroll_, number);
+    script.x() = new_x;
+    script.y() = new_y;
 }
 
-void moving_scroll_left_8bits(std::int32_t p, std::int32_t x, std::int32_t y) {
-    shift_left<std::uint8_t>(p, x, y, 1);
-}
-void moving_scroll_left_16bits(std::int32_t p, std::int32_t x, std::int32_t y) {
-    shift_left<std::uint16_t>(p, x, y, 1);
-}
-void moving_scroll_left_32bits(std::int32_t p, std::int32_t x, std::int32_t y) {
-    shift_left<std::uint32_t>(p, x, y, 1);
-}
-
-void moving_scroll_right_8bits(std::int32_t p, std::int32_t x, std::int32_t y) {
-    shift_right<std::uint8_t>(p, x, y, 1);
-}
-void moving_scroll_right_16bits(std::int32_t p, std::int32_t x, std::int32_t y) {
-    shift_right<std::uint16_t>(p, x, y, 1);
-}
-void moving_scroll_right_32bits(std::int32_t p, std::int32_t x, std::int32_t y) {
-    shift_right<std::uint32_t>(p, x, y, 1);
-}
-
-void moving_scroll_up_8bits(std::int32_t p, std::int32_t x, std::int32_t y) {
-    shift_up<std::uint8_t>(p, x, y, 1);
-}
-void moving_scroll_up_16bits(std::int32_t p, std::int32_t x, std::int32_t y) {
-    shift_up<std::uint16_t>(p, x, y, 1);
-}
-void moving_scroll_up_32bits(std::int32_t p, std::int32_t x, std::int32_t y) {
-    shift_up<std::uint32_t>(p, x, y, 1);
-}
-
-void moving_scroll_down_8bits(std::int32_t p, std::int32_t x, std::int32_t y) {
-    shift_down<std::uint8_t>(p, x, y, 1);
-}
-void moving_scroll_down_16bits(std::int32_t p, std::int32_t x, std::int32_t y) {
-    shift_down<std::uint16_t>(p, x, y, 1);
-}
-void moving_scroll_down_32bits(std::int32_t p, std::int32_t x, std::int32_t y) {
-    shift_down<std::uint32_t>(p, x, y, 1);
-}
-
-void moving_scroll_columns_8bits(std::int32_t p, std::int32_t x, std::int32_t y, std::int32_t columns) {
-    shift_columns<std::uint8_t>(p, x, y, columns);
-}
-void moving_scroll_columns_16bits(std::int32_t p, std::int32_t x, std::int32_t y, std::int32_t columns) {
-    shift_columns<std::uint16_t>(p, x, y, columns);
-}
-void moving_scroll_columns_32bits(std::int32_t p, std::int32_t x, std::int32_t y, std::int32_t columns) {
-    shift_columns<std::uint32_t>(p, x, y, columns);
-}
-
-void moving_scroll_rows_8bits(std::int32_t p, std::int32_t x, std::int32_t y, std::int32_t rows) {
-    shift_rows<std::uint8_t>(p, x, y, rows);
-}
-void moving_scroll_rows_16bits(std::int32_t p, std::int32_t x, std::int32_t y, std::int32_t rows) {
-    shift_rows<std::uint16_t>(p, x, y, rows);
-}
-void moving_scroll_rows_32bits(std::int32_t p, std::int32_t x, std::int32_t y, std::int32_t rows) {
-    shift_rows<std::uint32_t>(p, x, y, rows);
-}
+SCROLL2D_EACH_DEPTH(void, moving_scroll_left,
+                    (std::int32_t plane, std::int32_t x, std::int32_t y, std::int32_t steps),
+                    shift_left<Pixel>(plane, x, y, steps);)
+SCROLL2D_EACH_DEPTH(void, moving_scroll_right,
+                    (std::int32_t plane, std::int32_t x, std::int32_t y, std::int32_t steps),
+                    shift_right<Pixel>(plane, x, y, steps);)
+SCROLL2D_EACH_DEPTH(void, moving_scroll_up,
+                    (std::int32_t plane, std::int32_t x, std::int32_t y, std::int32_t steps),
+                    shift_up<Pixel>(plane, x, y, steps);)
+SCROLL2D_EACH_DEPTH(void, moving_scroll_down,
+                    (std::int32_t plane, std::int32_t x, std::int32_t y, std::int32_t steps),
+                    shift_down<Pixel>(plane, x, y, steps);)
 
 }  // namespace scroll2d

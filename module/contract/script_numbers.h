@@ -21,4 +21,12 @@ constexpr std::int32_t wrap_plane1_y = 2;
 constexpr std::int32_t wrap_plane2_x = 4;
 constexpr std::int32_t wrap_plane2_y = 8;
 
+// The last number that may name a follow region; any above, and any below 0, means none.
+constexpr std::int32_t last_follow_region = 65536;
+
+// In the layer modes plane 1 is drawn among the scroll's sprites.
+constexpr bool is_layer_mode(std::int32_t mode) {
+    return mode == scroll_layers || mode == scroll_layers_key;
+}
+
 }  // namespace scroll2d

@@ -2,9 +2,10 @@
 
 #include <cstdint>
 
+#include "module/contract/script_numbers.h"
 #include "module/entry/lifecycle.h"
 #include "module/scroll/scroll.h"
-#include "module/state/scroll_table.h"
+#include "module/state/host_link.h"
 
 const char* RVK_mod_scroll2D_MainLibraryDependencies[] = {"RVK_mod_graphics2D", nullptr};
 

@@ -6,20 +6,21 @@
 #include "module/contract/host_records.h"
 #include "module/render/pixel_rules.h"
 #include "module/render/rows.h"
+#include "module/state/plane.h"
 #include "module/state/scroll_table.h"
 
 namespace scroll2d {
 
 // Lays one plane over the view.
 template <class Pixel, class Rule>
-void draw_rows(const ScrollRecord& r, const Plane& plane, Rule rule) {
+void draw_rows(const ScrollRecord& r, const ConstPlane& plane, Rule rule) {
     lay_rows(r.height, r.width, rule, DestinationRows<Pixel>(r), PlaneRows<Pixel>(r, plane));
 }
 
 // Lays the back plane and the front plane over the view, both in one pass: what lies in the caches is read
 // and written once. Each plane wraps at its own row.
 template <class Pixel, class Front, class Back>
-void draw_rows(const ScrollRecord& r, const Plane& front, Front front_rule, const Plane& back,
+void draw_rows(const ScrollRecord& r, const ConstPlane& front, Front front_rule, const ConstPlane& back,
                Back back_rule) {
     lay_rows(r.height, r.width, Stacked<Front, Back>{front_rule, back_rule}, DestinationRows<Pixel>(r),
              PlaneRows<Pixel>(r, front), PlaneRows<Pixel>(r, back));
@@ -78,8 +79,8 @@ void with_rule(std::int32_t alpha_flag, std::int32_t alpha, Draw draw) {
 template <class Pixel, template <class> class Rules>
 void draw_front_plane() {
     const ScrollRecord& r = *pscroll;
-    const Plane front = plane_of(*pscroll, 1);
-    with_rule<Pixel, Rules>(front.map_alpha_flag, r.alpha,
+    const ConstPlane front(r, 1);
+    with_rule<Pixel, Rules>(front.map_alpha_flag(), r.alpha,
                             [&](auto rule) { draw_rows<Pixel>(r, front, rule); });
 }
 
@@ -87,18 +88,18 @@ void draw_front_plane() {
 template <class Pixel, template <class> class Rules>
 void draw_back_plane() {
     const ScrollRecord& r = *pscroll;
-    const Plane back = plane_of(*pscroll, 2);
-    with_rule<Pixel, Rules>(back.map_alpha_flag, [&](auto rule) { draw_rows<Pixel>(r, back, rule); });
+    const ConstPlane back(r, 2);
+    with_rule<Pixel, Rules>(back.map_alpha_flag(), [&](auto rule) { draw_rows<Pixel>(r, back, rule); });
 }
 
 // Draws both planes, the front plane keyed. The scroll's alpha reaches the front plane only.
 template <class Pixel, template <class> class BackRules>
 void draw_both_planes() {
     const ScrollRecord& r = *pscroll;
-    const Plane front = plane_of(*pscroll, 1);
-    const Plane back = plane_of(*pscroll, 2);
-    with_rule<Pixel, BackRules>(back.map_alpha_flag, [&](auto back_rule) {
-        with_rule<Pixel, KeyedRules>(front.map_alpha_flag, r.alpha, [&](auto front_rule) {
+    const ConstPlane front(r, 1);
+    const ConstPlane back(r, 2);
+    with_rule<Pixel, BackRules>(back.map_alpha_flag(), [&](auto back_rule) {
+        with_rule<Pixel, KeyedRules>(front.map_alpha_flag(), r.alpha, [&](auto front_rule) {
             draw_rows<Pixel>(r, front, front_rule, back, back_rule);
         });
     });

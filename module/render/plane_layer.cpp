@@ -1,8 +1,8 @@
 #include <cstdint>
 
 #include "module/render/plane_drawing.h"
-#include "module/render/plane_routines.h"
 #include "module/scroll/view.h"
+#include "module/state/routine_pointers.h"
 #include "module/state/scroll_table.h"
 
 namespace scroll2d {
@@ -24,26 +24,7 @@ std::int32_t draw_plane2() {
 
 }  // namespace
 
-using Blit = __RVKBlit2D__*;
-
-std::int32_t draw_scroll_layer_plane1_8bits(Blit) {
-    return draw_plane1<std::uint8_t>();
-}
-std::int32_t draw_scroll_layer_plane1_16bits(Blit) {
-    return draw_plane1<std::uint16_t>();
-}
-std::int32_t draw_scroll_layer_plane1_32bits(Blit) {
-    return draw_plane1<std::uint32_t>();
-}
-
-std::int32_t draw_scroll_layer_plane2_8bits(Blit) {
-    return draw_plane2<std::uint8_t>();
-}
-std::int32_t draw_scroll_layer_plane2_16bits(Blit) {
-    return draw_plane2<std::uint16_t>();
-}
-std::int32_t draw_scroll_layer_plane2_32bits(Blit) {
-    return draw_plane2<std::uint32_t>();
-}
+SCROLL2D_EACH_DEPTH(std::int32_t, draw_scroll_layer_plane1, (__RVKBlit2D__*), return draw_plane1<Pixel>();)
+SCROLL2D_EACH_DEPTH(std::int32_t, draw_scroll_layer_plane2, (__RVKBlit2D__*), return draw_plane2<Pixel>();)
 
 }  // namespace scroll2d

@@ -1,7 +1,7 @@
 #include <cstdint>
 
 #include "module/render/plane_drawing.h"
-#include "module/render/plane_routines.h"
+#include "module/state/routine_pointers.h"
 #include "module/state/scroll_table.h"
 
 namespace scroll2d {
@@ -15,14 +15,6 @@ void draw_parallax() {
 
 }  // namespace
 
-void draw_scroll_parallax_8bits() {
-    draw_parallax<std::uint8_t>();
-}
-void draw_scroll_parallax_16bits() {
-    draw_parallax<std::uint16_t>();
-}
-void draw_scroll_parallax_32bits() {
-    draw_parallax<std::uint32_t>();
-}
+SCROLL2D_EACH_DEPTH(void, draw_scroll_parallax, (), draw_parallax<Pixel>();)
 
 }  // namespace scroll2d

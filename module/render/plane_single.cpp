@@ -1,19 +1,10 @@
 #include <cstdint>
 
 #include "module/render/plane_drawing.h"
-#include "module/render/plane_routines.h"
-#include "module/state/scroll_table.h"
+#include "module/state/routine_pointers.h"
 
 namespace scroll2d {
 
-void draw_scroll_simple_8bits() {
-    draw_front_plane<std::uint8_t, OpaqueRules>();
-}
-void draw_scroll_simple_16bits() {
-    draw_front_plane<std::uint16_t, OpaqueRules>();
-}
-void draw_scroll_simple_32bits() {
-    draw_front_plane<std::uint32_t, OpaqueRules>();
-}
+SCROLL2D_EACH_DEPTH(void, draw_scroll_simple, (), draw_front_plane<Pixel, OpaqueRules>();)
 
 }  // namespace scroll2d

@@ -4,7 +4,7 @@
 //   host draws its list -> BlitScroll2D -> draw_scroll -> the plane routines of the screen's depth
 //                                       -> draw_scroll_sprites -> the host's sprite routines
 //
-// The plane routines' pointers stand in routine_pointers.h. None of this is re-entrant.
+// The plane routines' pointers stand in routine_pointers.h.
 #pragma once
 
 #include <cstdint>
@@ -27,8 +27,8 @@ std::int32_t BlitScroll2D(__RVKBlit2D__* blit);
 // the layer modes plane 1 is one more entry among them, at the depth of scroll_entry.
 void draw_scroll_sprites(const __RVKBlit2D__* scroll_entry);
 
-// ---- services.cpp: queries for the graphics module. A mask is a process's scroll_mask: 0 stands for every
-// scroll, bit n for scroll n. All return 1 or 0; outputs are written on 1 only.
+// ---- services.cpp: queries for the graphics module. A mask is read as mask_shows() reads it. All return 1
+// or 0; outputs are written on 1 only.
 
 std::int32_t GetScrollRegion(std::int32_t scroll, std::int32_t mask, std::int32_t x, std::int32_t y,
                              std::int32_t w, std::int32_t h, __RVKRegion__* out);

@@ -8,7 +8,7 @@
 #include "module/contract/host_records.h"
 #include "module/render/pixel_rules.h"
 #include "module/render/vector_unit.h"
-#include "module/state/scroll_table.h"
+#include "module/state/plane.h"
 
 namespace scroll2d {
 
@@ -16,11 +16,11 @@ namespace scroll2d {
 template <class Pixel>
 class PlaneRows {
   public:
-    PlaneRows(const ScrollRecord& r, const Plane& plane)
-        : start_(reinterpret_cast<const Pixel*>(plane.start)),
+    PlaneRows(const ScrollRecord& r, const ConstPlane& plane)
+        : start_(reinterpret_cast<const Pixel*>(plane.start())),
           width_(r.width),
           ring_size_(r.ring_size),
-          rows_to_wrap_(plane.rows_to_wrap) {}
+          rows_to_wrap_(plane.rows_to_wrap()) {}
     PlaneRows(const Pixel* start, std::ptrdiff_t width, std::ptrdiff_t ring_size, std::int32_t rows_to_wrap)
         : start_(start), width_(width), ring_size_(ring_size), rows_to_wrap_(rows_to_wrap) {}
     PlaneRows<std::uint8_t> in_bytes() const {

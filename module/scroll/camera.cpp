@@ -3,9 +3,13 @@
 
 #include "module/buffer/buffer.h"
 #include "module/contract/numbers.h"
+#include "module/scroll/rebuild.h"
+#include "module/scroll/script_call.h"
 #include "module/scroll/scroll.h"
 #include "module/scroll/view.h"
+#include "module/state/host_link.h"
 #include "module/state/host_lookups.h"
+#include "module/state/plane.h"
 #include "module/state/scroll_table.h"
 
 namespace scroll2d {
@@ -39,7 +43,7 @@ std::int64_t outer_movement(std::int64_t camera, Span outer, std::int64_t wanted
 
 // A follow region that a script chose, or null for none.
 const __RVKRegion__* follow_region(std::int32_t number) {
-    return static_cast<std::uint32_t>(number) <= 65536 ? region_at(number) : nullptr;
+    return number >= 0 && number <= last_follow_region ? region_at(number) : nullptr;
 }
 
 struct Movement {
@@ -99,10 +103,21 @@ void follow_camera(std::int32_t planes) {
 
 // Moves a plane to the position that the script wrote, when it wrote one.
 void go_to_script_position(std::int32_t number) {
-    const Plane plane = plane_of(*pscroll, number);
-    const ScriptPlane wanted = script_plane_of(*_scroll_, number);
-    if (wanted.x == plane.x && wanted.y == plane.y) return;
-    moving_scroll(number, std::int64_t{wanted.x} - plane.x, std::int64_t{wanted.y} - plane.y);
+    const ConstPlane plane(*pscroll, number);
+    const ScriptPlane wanted(*_scroll_, number);
+    if (wanted.x() == plane.x() && wanted.y() == plane.y()) return;
+    moving_scroll(number, std::int64_t{wanted.x()} - plane.x(), std::int64_t{wanted.y()} - plane.y());
+}
+
+// What a script's move does to one scroll. A map that has gone ends the call.
+Served move() {
+    if (pscroll->active == 0) return Served::left_out;
+    const MapState maps = look_up_plane_maps(*pscroll);
+    if (maps == MapState::gone) return Served::ended;
+    if (maps != MapState::ready) return Served::left_out;
+    if (!buffers_fit(*pscroll)) rebuild({});
+    move_scroll(pscroll->planes);
+    return pscroll->active != 0 ? Served::counted : Served::left_out;
 }
 
 }  // namespace
@@ -121,21 +136,5 @@ void move_scroll(std::int32_t planes) {
 }  // namespace scroll2d
 
 std::int32_t RVK_scroll_move() {
-    using namespace scroll2d;
-    std::int32_t number;
-    if (!pop_scroll_range("SCROLL_MOVE", number)) return rvkre->ReturnInt(failure);
-    const SelectionKept kept;
-    const ScrollRange range = scroll_range(number);
-    std::int32_t moved = 0;
-    for (std::int32_t i = range.first; i <= range.last; ++i) {
-        select_scroll(i);
-        if (pscroll->active == 0) continue;
-        const MapState maps = look_up_plane_maps(*pscroll);
-        if (maps == MapState::gone) return rvkre->ReturnInt(0);
-        if (maps != MapState::ready) continue;
-        make_buffers_fit(*pscroll);
-        move_scroll(pscroll->planes);
-        if (pscroll->active != 0) ++moved;
-    }
-    return rvkre->ReturnInt(moved);
+    return scroll2d::serve_scrolls("SCROLL_MOVE", scroll2d::move);
 }

@@ -1,9 +1,13 @@
 #include <cstdint>
 
 #include "module/buffer/buffer.h"
+#include "module/scroll/rebuild.h"
+#include "module/scroll/script_call.h"
 #include "module/scroll/scroll.h"
 #include "module/scroll/view.h"
+#include "module/state/host_link.h"
 #include "module/state/host_lookups.h"
+#include "module/state/plane.h"
 #include "module/state/scroll_table.h"
 
 namespace scroll2d {
@@ -25,47 +29,33 @@ bool take_file() {
 // where it stands. False when there is no such map; the new code is on record even then. Does nothing more
 // once the host has stopped the scroll.
 bool refresh_plane(std::int32_t number) {
-    const Plane plane = plane_of(*pscroll, number);
-    const std::int32_t wanted = script_plane_of(*_scroll_, number).graph;
-    if (wanted > 0) plane.graph = wanted;
-    plane.entry = rvkre->Graphics->GetMap(pscroll->file, plane.graph);
+    const Plane plane(*pscroll, number);
+    const std::int32_t wanted = ScriptPlane(*_scroll_, number).graph();
+    if (wanted > 0) plane.graph() = wanted;
+    const MapRecord* const map = look_up_map_of_plane(*pscroll, number);
     if (pscroll->active == 0) return true;
-    const MapRecord* const map = usable_bitmap(plane.entry);
     if (map == nullptr) return false;
     take_map(plane, *map);
-    set_scroll(number, plane.x, plane.y);
-    script_plane_of(*_scroll_, number).graph = plane.graph;
+    set_scroll(number, plane.x(), plane.y());
+    ScriptPlane(*_scroll_, number).graph() = plane.graph();
     return true;
 }
 
-bool refresh() {
-    if (!take_file()) return false;
+Served refresh() {
+    if (pscroll->active == 0) return Served::left_out;
+    if (!take_file()) return pscroll->active != 0 ? Served::ended : Served::left_out;
     for (std::int32_t number = 1; number <= pscroll->planes && pscroll->active != 0; ++number) {
-        if (!refresh_plane(number)) return false;
+        if (!refresh_plane(number)) return Served::ended;
     }
-    if (pscroll->active != 0 && !buffers_fit(*pscroll)) {
-        // The depth has changed: nothing could be filled until all maps were known.
-        make_buffers_fit(*pscroll);
-        mirror_positions();
-    }
-    return true;
+    if (pscroll->active == 0) return Served::left_out;
+    // After a change of depth nothing could be filled until all maps were known.
+    if (!buffers_fit(*pscroll)) rebuild({.mirrors = true});
+    return Served::counted;
 }
 
 }  // namespace
 }  // namespace scroll2d
 
 std::int32_t RVK_scroll_refresh() {
-    using namespace scroll2d;
-    std::int32_t number;
-    if (!pop_scroll_range("SCROLL_REFRESH", number)) return rvkre->ReturnInt(failure);
-    const SelectionKept kept;
-    const ScrollRange range = scroll_range(number);
-    std::int32_t refreshed = 0;
-    for (std::int32_t i = range.first; i <= range.last; ++i) {
-        select_scroll(i);
-        if (pscroll->active == 0) continue;
-        if (!refresh()) return rvkre->ReturnInt(0);
-        if (pscroll->active != 0) ++refreshed;
-    }
-    return rvkre->ReturnInt(refreshed);
+    return scroll2d::serve_scrolls("SCROLL_REFRESH", scroll2d::refresh);
 }

@@ -1,7 +1,9 @@
+#include "module/scroll/script_call.h"
+
 #include <cstdint>
 
-#include "module/scroll/scroll.h"
-#include "module/state/scroll_table.h"
+#include "module/state/host_link.h"
+#include "module/state/host_lookups.h"
 
 namespace scroll2d {
 
@@ -15,18 +17,21 @@ std::int32_t fail(const char* function, std::int32_t code, std::int32_t argument
     return rvkre->ReturnInt(failure);
 }
 
-bool accept_region(const char* function, std::int32_t argument, std::int32_t region) {
+bool accept_region(const char* function, std::int32_t argument, std::int32_t number,
+                   const __RVKRegion__*& region) {
     const Graphics2DInterface& g = *rvkre->Graphics;
-    if (region < -1 || region >= g.RegionCount()) return refuse(function, error_region, argument, region);
-    if (region == -1) return true;
-    if (g.RegionDefined(region) == 0) return refuse(function, error_region, argument, region);
-    pregion_scroll2D = g.Regions + region;
+    if (number < -1 || number >= g.RegionCount()) return refuse(function, error_region, argument, number);
+    if (number == -1) return true;
+    if (g.RegionDefined(number) == 0) return refuse(function, error_region, argument, number);
+    region = pregion_scroll2D = g.Regions + number;
     return true;
 }
 
-bool pop_scroll_range(const char* function, std::int32_t& number) {
-    number = rvkre->PopInt();
-    return is_scroll_range(number) || refuse(function, error_scroll_number, 1, number);
+std::int32_t serve_scrolls(const char* function, Served (*serve)()) {
+    const std::int32_t number = rvkre->PopInt();
+    if (!is_scroll_range(number)) return fail(function, error_scroll_number, 1, number);
+    const std::int32_t count = walk_scrolls(number, serve);
+    return rvkre->ReturnInt(count < 0 ? 0 : count);
 }
 
 }  // namespace scroll2d

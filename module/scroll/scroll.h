@@ -4,8 +4,6 @@
 
 #include <cstdint>
 
-#include "module/contract/host_records.h"
-
 #pragma GCC visibility push(default)  // seen by the host; module/entry/exports.map lists them
 extern "C" {
 
@@ -38,12 +36,8 @@ namespace scroll2d {
 
 // ---- stop.cpp
 
-// Frees the buffers of a record that runs, and marks it idle.
-void release_scroll(std::int32_t number);
-
-// Releases a scroll and deletes the processes that no running scroll shows any more. Leaves the script
-// element.
-//   writes: scroll_num, pscroll
+// Makes a scroll idle, frees its buffers and deletes the processes that no running scroll shows any more.
+// Leaves the script element.
 void stop_scroll(std::int32_t number);
 
 // Services of the graphics module.
@@ -55,20 +49,5 @@ void StopAllScroll();
 // Moves the current scroll: after its camera, or to the positions that the script wrote. planes = 1 moves
 // plane 1 alone, 2 plane 1 and then plane 2.   reads: pscroll, _scroll_
 void move_scroll(std::int32_t planes);
-
-// ---- script_call.cpp
-
-// Reports a script error about an argument (1-based, 0: none in particular). False, for the test that failed.
-bool refuse(const char* function, std::int32_t code, std::int32_t argument, std::int32_t value);
-
-// Reports a script error; the result that the script function then returns.
-std::int32_t fail(const char* function, std::int32_t code, std::int32_t argument, std::int32_t value);
-
-// Whether a script may name this region: -1, or a region that is defined.   writes: pregion_scroll2D
-bool accept_region(const char* function, std::int32_t argument, std::int32_t region);
-
-// Pops the script's scroll number for a function that takes -1 for all ten. False after the number has been
-// refused with error 107.
-bool pop_scroll_range(const char* function, std::int32_t& number);
 
 }  // namespace scroll2d

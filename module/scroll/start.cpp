@@ -2,10 +2,13 @@
 #include <cstdint>
 
 #include "module/buffer/buffer.h"
-#include "module/contract/numbers.h"
+#include "module/scroll/rebuild.h"
+#include "module/scroll/script_call.h"
 #include "module/scroll/scroll.h"
 #include "module/scroll/view.h"
+#include "module/state/host_link.h"
 #include "module/state/host_lookups.h"
+#include "module/state/plane.h"
 #include "module/state/scroll_table.h"
 
 namespace scroll2d {
@@ -36,80 +39,68 @@ Arguments pop_arguments() {
     return a;
 }
 
-bool is_graph_number(std::int32_t graph) {
-    return graph >= 0 && graph < max_graph_scroll2D;
-}
-
-// The tests in the order that scripts see; the first that fails is the one reported.
-bool accepted(const Arguments& a) {
+// The tests in the order that scripts see; the first that fails is the one reported. `region` stays null for
+// the whole destination.
+bool accepted(const Arguments& a, const __RVKRegion__*& region) {
     const Graphics2DInterface& g = *rvkre->Graphics;
     if (!is_scroll_number(a.num)) return refuse(name, error_scroll_number, 1, a.num);
-    max_graph_scroll2D = graph_limit(a.file);
+    const std::int32_t graphs = max_graph_scroll2D = graph_limit(a.file);
     if (a.file < 0 || a.file >= g.FileCount()) return refuse(name, error_file, 2, a.file);
-    if (!is_graph_number(a.graph1)) return refuse(name, error_graph, 3, a.graph1);
-    if (!is_graph_number(a.graph2)) return refuse(name, error_graph, 4, a.graph2);
-    pfpg_scroll2D = g.GetFile(a.file);
-    if (pfpg_scroll2D == nullptr || pfpg_scroll2D->word2 == 0)
-        return refuse(name, error_empty_file, 2, a.file);
-    if (!accept_region(name, 5, a.region)) return false;
+    if (a.graph1 < 0 || a.graph1 >= graphs) return refuse(name, error_graph, 3, a.graph1);
+    if (a.graph2 < 0 || a.graph2 >= graphs) return refuse(name, error_graph, 4, a.graph2);
+    const FileRecord* const file = pfpg_scroll2D = g.GetFile(a.file);
+    if (file == nullptr || file->word2 == 0) return refuse(name, error_empty_file, 2, a.file);
+    if (!accept_region(name, 5, a.region, region)) return false;
     return a.mode >= scroll_normal && a.mode <= scroll_layers_key;  // a wrong mode fails without a report
 }
 
-// Looks up the maps and says how many planes the scroll gets: graph2 behind graph1, either of them alone
-// where the other has no map, or none.
-//   writes: pscroll, pfpgmap1_scroll2D, pfpgmap2_scroll2D; graph1 and graph2 of the record
-std::int32_t choose_maps(const Arguments& a) {
-    const Graphics2DInterface& g = *rvkre->Graphics;
-    select_scroll(a.num);
-    pfpgmap1_scroll2D = pfpgmap2_scroll2D = nullptr;
+// The maps that a scroll shows: graph2 behind graph1, or either of them alone where the other has no map.
+struct Maps {
+    const MapEntry* front = nullptr;
+    const MapEntry* back = nullptr;
+};
 
-    pfpgmap1_scroll2D = g.GetMap(a.file, a.graph1);
-    if (usable_bitmap(pfpgmap1_scroll2D) == nullptr) {
-        pfpgmap1_scroll2D = g.GetMap(a.file, a.graph2);
-        if (usable_bitmap(pfpgmap1_scroll2D) == nullptr) return 0;
-        pscroll->graph1 = a.graph2;
-        pscroll->graph2 = 0;
-        return 1;
+// Looks the maps up for the current scroll.
+//   writes: pfpgmap1_scroll2D, pfpgmap2_scroll2D; graph1 and graph2 of the record
+Maps choose_maps(const Arguments& a) {
+    ScrollRecord& r = *pscroll;
+    pfpgmap1_scroll2D = pfpgmap2_scroll2D = nullptr;
+    if (look_up_map(pfpgmap1_scroll2D, a.file, a.graph1) == nullptr) {
+        if (look_up_map(pfpgmap1_scroll2D, a.file, a.graph2) == nullptr) return {};
+        r.graph1 = a.graph2;
+        r.graph2 = 0;
+        return {.front = pfpgmap1_scroll2D};
     }
-    pscroll->graph1 = a.graph1;
-    pfpgmap2_scroll2D = g.GetMap(a.file, a.graph2);
-    pscroll->graph2 = usable_bitmap(pfpgmap2_scroll2D) != nullptr ? a.graph2 : 0;
-    return pscroll->graph2 != 0 ? 2 : 1;
+    r.graph1 = a.graph1;
+    r.graph2 = look_up_map(pfpgmap2_scroll2D, a.file, a.graph2) != nullptr ? a.graph2 : 0;
+    return {.front = pfpgmap1_scroll2D, .back = r.graph2 != 0 ? pfpgmap2_scroll2D : nullptr};
 }
 
 // The view on the destination as it is now. A region turned inside out is raised to one pixel; a destination
 // that has gone leaves nothing.
-View starting_view(const ScrollRecord& r, const MapRecord* destination) {
+View starting_view(const __RVKRegion__* region, const MapRecord* destination) {
     if (destination == nullptr) return {0, 0, 0, 0};
-    if (r.region == -1) return view_of(nullptr, *destination);
-    View view = view_of(pregion_scroll2D, *destination);
+    View view = view_of(region, *destination);
+    if (region == nullptr) return view;
     view.width = std::max<std::int64_t>(view.width, 1);
     view.height = std::max<std::int64_t>(view.height, 1);
     return cut_to(view, *destination);
 }
 
-// Sets up one plane at its map's reference point, with a new buffer of the given size. False when there is no
-// memory for the buffer.
-bool set_up_plane(std::int32_t number, const MapRecord& map, BufferSize size) {
+// Sets up one plane of the current scroll at its map's reference point. False when there is no memory.
+bool set_up_plane(std::int32_t number, const MapRecord& map) {
     ScrollRecord& r = *pscroll;
-    const Plane plane = plane_of(r, number);
+    const Plane plane(r, number);
     const bool has_reference = map.cpoint_count != 0 && map.cpoints != nullptr;
-    plane.x = has_reference ? map.cpoints[0].x : 0;
-    plane.y = has_reference ? map.cpoints[0].y : 0;
+    plane.x() = has_reference ? map.cpoints[0].x : 0;
+    plane.y() = has_reference ? map.cpoints[0].y : 0;
     take_map(plane, map);
-
-    plane.buffer = allocate_buffer(size);
-    if (plane.buffer == nullptr) return false;
-    plane.start = plane.buffer;
-    own_buffers(r);
-
-    if (plane.map_width < r.width) plane.flags |= plane.wrap_x_bit;
-    if (plane.map_height < r.height) plane.flags |= plane.wrap_y_bit;
-    set_scroll(number, plane.x, plane.y);
-    return true;
+    if (map.width < r.width) r.flags |= plane.wrap_x_bit();
+    if (map.height < r.height) r.flags |= plane.wrap_y_bit();
+    return rebuild({.only_plane = number, .mirrors = true});
 }
 
-std::int32_t start(const Arguments& a, std::int32_t planes) {
+std::int32_t start(const Arguments& a, const Maps& maps, const __RVKRegion__* region) {
     ScrollRecord& r = *pscroll;
     if (r.active != 0) stop_scroll(a.num);
 
@@ -117,20 +108,19 @@ std::int32_t start(const Arguments& a, std::int32_t planes) {
     r.flags = a.flags;
     r.region = a.region;
     r.mode = a.mode;
-    store_view(r, starting_view(r, look_up_destination(r)));
+    store_view(r, starting_view(region, look_up_destination(r)));
     // Afresh: ending processes and looking maps up is the host's work, and it may move its data.
     select_scroll(a.num);
     if (stored_view(r).empty()) return fail(name, error_empty_view, 5, a.region);
 
-    const BufferSize size = buffer_size(r);
-    if (!set_up_plane(1, *pfpgmap1_scroll2D->bitmap, size)) return fail(name, error_no_memory, 0, size.bytes);
-    if (planes == 2 && !set_up_plane(2, *pfpgmap2_scroll2D->bitmap, size)) {
+    if (!set_up_plane(1, *maps.front->bitmap)) return fail(name, error_no_memory, 0, buffer_size(r).bytes);
+    if (maps.back != nullptr && !set_up_plane(2, *maps.back->bitmap)) {
         free_buffers(r);
         return fail(name, error_no_memory, 0, 0);
     }
 
     r.active = 1;
-    r.planes = planes;
+    r.planes = maps.back != nullptr ? 2 : 1;
     _scroll_->file = r.file;
     _scroll_->graph1 = r.graph1;
     _scroll_->graph2 = r.graph2;
@@ -143,9 +133,11 @@ std::int32_t start(const Arguments& a, std::int32_t planes) {
 std::int32_t RVK_scroll_start() {
     using namespace scroll2d;
     const Arguments arguments = pop_arguments();
-    if (!accepted(arguments)) return rvkre->ReturnInt(failure);
+    const __RVKRegion__* region = nullptr;
+    if (!accepted(arguments, region)) return rvkre->ReturnInt(failure);
     const SelectionKept kept;
-    const std::int32_t planes = choose_maps(arguments);
-    if (planes == 0) return fail(name, error_no_map, 3, arguments.graph1);
-    return start(arguments, planes);
+    select_scroll(arguments.num);
+    const Maps maps = choose_maps(arguments);
+    if (maps.front == nullptr) return fail(name, error_no_map, 3, arguments.graph1);
+    return start(arguments, maps, region);
 }

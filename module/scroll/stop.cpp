@@ -1,7 +1,9 @@
 #include <cstdint>
 
 #include "module/buffer/buffer.h"
+#include "module/scroll/script_call.h"
 #include "module/scroll/scroll.h"
+#include "module/state/host_link.h"
 #include "module/state/scroll_table.h"
 
 namespace scroll2d {
@@ -24,13 +26,7 @@ void delete_scroll_processes() {
     }
 }
 
-void reset_script_element(std::int32_t number) {
-    select_scroll(number);
-    *_scroll_ = script_defaults;
-}
-
-}  // namespace
-
+// Frees the buffers of a scroll that runs, and makes it idle.
 void release_scroll(std::int32_t number) {
     ScrollRecord& r = scroll_sys[number];
     if (r.active == 0) return;
@@ -40,8 +36,22 @@ void release_scroll(std::int32_t number) {
     r.map2_pixels = nullptr;
 }
 
-void stop_scroll(std::int32_t number) {
+void reset_script_element(std::int32_t number) {
     select_scroll(number);
+    *_scroll_ = script_defaults;
+}
+
+// What a script's stop does to one scroll.
+Served stop() {
+    const bool ran = pscroll->active != 0;
+    if (ran) stop_scroll(scroll_num);
+    reset_script_element(scroll_num);
+    return ran ? Served::counted : Served::left_out;
+}
+
+}  // namespace
+
+void stop_scroll(std::int32_t number) {
     release_scroll(number);
     delete_scroll_processes();
 }
@@ -66,19 +76,5 @@ void StopAllScroll() {
 }  // namespace scroll2d
 
 std::int32_t RVK_scroll_stop() {
-    using namespace scroll2d;
-    std::int32_t number;
-    if (!pop_scroll_range("SCROLL_STOP", number)) return rvkre->ReturnInt(failure);
-    const SelectionKept kept;
-    const ScrollRange range = scroll_range(number);
-    std::int32_t stopped = 0;
-    for (std::int32_t i = range.first; i <= range.last; ++i) {
-        select_scroll(i);
-        if (pscroll->active != 0) {
-            stop_scroll(i);
-            ++stopped;
-        }
-        reset_script_element(i);
-    }
-    return rvkre->ReturnInt(stopped);
+    return scroll2d::serve_scrolls("SCROLL_STOP", scroll2d::stop);
 }

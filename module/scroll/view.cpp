@@ -5,47 +5,32 @@
 
 #include "module/buffer/buffer.h"
 #include "module/contract/numbers.h"
-#include "module/state/routine_pointers.h"
+#include "module/scroll/rebuild.h"
+#include "module/state/host_link.h"
+#include "module/state/host_lookups.h"
+#include "module/state/scroll_table.h"
 
 namespace scroll2d {
 namespace {
-
-constexpr char module_name[] = "RVK_mod_scroll2D";
 
 // One extent of cut_to: first no larger than the destination, then not past its far edge.
 std::int64_t cut_extent(std::int64_t from, std::int64_t extent, std::int64_t destination_extent) {
     return std::min(std::min(extent, destination_extent), destination_extent - from);
 }
 
-// Tells the script once of each size that finds no memory, and not again at every frame.
-void report_shortage(ScrollRecord& r, std::int32_t failed_plane) {
-    const std::int32_t bytes = buffer_size(r).bytes;
-    if (r.shortage_reported != 0 && r.shortage_bytes == bytes) return;
-    r.shortage_reported = 1;
-    r.shortage_bytes = bytes;
-    rvkre->RaiseError(error_no_memory, module_name, 0, 0, failed_plane == 1 ? bytes : 0);
+void take_pixels(const Plane& plane, const MapRecord& map) {
+    plane.map_pixels() = static_cast<const std::uint8_t*>(map.pixels);
+    plane.map_alpha_flag() = map.alpha_flag;
 }
 
 MapState look_up_plane_map(ScrollRecord& r, std::int32_t number) {
-    const Plane plane = plane_of(r, number);
-    plane.entry = rvkre->Graphics->GetMap(r.file, plane.graph);
+    const Plane plane(r, number);
+    const MapRecord* const bitmap = look_up_map_of_plane(r, number);
     if (r.active == 0) return MapState::stopped;
-    const MapRecord* const bitmap = usable_bitmap(plane.entry);
     if (bitmap == nullptr) return MapState::gone;
-    if (bitmap->width < plane.map_width || bitmap->height < plane.map_height) return MapState::too_small;
+    if (bitmap->width < plane.map_width() || bitmap->height < plane.map_height()) return MapState::too_small;
     take_pixels(plane, *bitmap);
     return MapState::ready;
-}
-
-bool renew_view(ScrollRecord& r) {
-    const std::int32_t failed_plane = renew_buffers(r);
-    if (failed_plane != 0) {
-        report_shortage(r, failed_plane);
-        return false;
-    }
-    set_scroll(1, r.plane1_x, r.plane1_y);
-    if (r.planes == 2) set_scroll(2, r.plane2_x, r.plane2_y);
-    return true;
 }
 
 }  // namespace
@@ -75,12 +60,22 @@ void store_view(ScrollRecord& r, const View& view) {
 
 MapRecord* look_up_destination(ScrollRecord& r) {
     if (r.dest_file >= 0 && r.dest_graph != 0) {
-        pfpgmap_scroll2D = rvkre->Graphics->GetMap(r.dest_file, r.dest_graph);
-        MapRecord* const bitmap = usable_bitmap(pfpgmap_scroll2D);
+        MapRecord* const bitmap = look_up_map(pfpgmap_scroll2D, r.dest_file, r.dest_graph);
         if (bitmap != nullptr) r.dest_map = bitmap;
         return bitmap;
     }
     return usable_bitmap(r.dest_map);
+}
+
+void take_map(const Plane& plane, const MapRecord& map) {
+    plane.map_width() = map.width;
+    plane.map_height() = map.height;
+    take_pixels(plane, map);
+}
+
+MapRecord* look_up_map_of_plane(const ScrollRecord& r, std::int32_t number) {
+    return look_up_map(number == 1 ? pfpgmap1_scroll2D : pfpgmap2_scroll2D, r.file,
+                       ConstPlane(r, number).graph());
 }
 
 MapState look_up_plane_maps(ScrollRecord& r) {
@@ -91,25 +86,11 @@ MapState look_up_plane_maps(ScrollRecord& r) {
     return worst;
 }
 
-std::int32_t make_buffers_fit(ScrollRecord& r) {
-    if (buffers_fit(r) || stored_view(r).empty()) return 0;
-    const std::int32_t failed_plane = renew_buffers(r);
-    if (failed_plane != 0) return failed_plane;
-    setting_scroll(1, r.plane1_x, r.plane1_y);
-    if (r.planes == 2) setting_scroll(2, r.plane2_x, r.plane2_y);
-    return 0;
-}
-
 bool bring_view_up_to_date() {
     ScrollRecord& r = *pscroll;
     const __RVKRegion__* const region = region_at(r.region);
     if (r.active == 0 || (region == nullptr && r.region != -1)) return false;
-
-    const std::int32_t failed_plane = make_buffers_fit(r);
-    if (failed_plane != 0) {
-        report_shortage(r, failed_plane);
-        return false;
-    }
+    if (!buffers_fit(r) && !rebuild({.reports = true})) return false;
 
     const View old = stored_view(r);
     const View asked = view_of(region, *r.dest_map);
@@ -122,7 +103,7 @@ bool bring_view_up_to_date() {
 
     store_view(r, cut_to(asked, *r.dest_map));
     if (stored_view(r).empty()) return false;
-    if (renew_view(r)) return true;
+    if (rebuild({.mirrors = true, .reports = true})) return true;
     store_view(r, old);
     return false;
 }

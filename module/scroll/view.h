@@ -5,8 +5,8 @@
 #include <cstdint>
 
 #include "module/contract/host_records.h"
-#include "module/state/host_lookups.h"
-#include "module/state/scroll_table.h"
+#include "module/state/plane.h"
+#include "module/state/scroll_record.h"
 
 namespace scroll2d {
 
@@ -48,6 +48,13 @@ void store_view(ScrollRecord& r, const View& view);
 //   writes: dest_map; pfpgmap_scroll2D for a map
 MapRecord* look_up_destination(ScrollRecord& r);
 
+// Takes a map into a plane's record, as a start and a refresh do: size, pixels and alpha flag.
+void take_map(const Plane& plane, const MapRecord& map);
+
+// The bitmap of a plane's map, or null where none may be used.   writes: pfpgmap1_scroll2D or
+// pfpgmap2_scroll2D
+MapRecord* look_up_map_of_plane(const ScrollRecord& r, std::int32_t number);
+
 // What a look-up of a running scroll's maps found. The order is that of severity.
 enum class MapState {
     ready,
@@ -60,12 +67,6 @@ enum class MapState {
 // the start or the last refresh. The worst that was found; the last two end the look-up.
 //   writes: pfpgmap1_scroll2D, pfpgmap2_scroll2D, the planes' map fields
 MapState look_up_plane_maps(ScrollRecord& r);
-
-// Makes a scroll whose colour depth has changed fit again, or one that had no map to be filled from: new
-// buffers at the positions on record. The script's positions stay as they are, so that nothing a script wrote
-// is lost. The maps have been looked up. Returns 0, or the number of the plane that got no memory.
-//   reads: pscroll
-std::int32_t make_buffers_fit(ScrollRecord& r);
 
 // Brings the view of the current scroll up to its region and its destination as they are now, with new
 // buffers when the size has changed or the view has left the destination. False when there is nothing to draw

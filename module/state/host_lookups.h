@@ -5,10 +5,20 @@
 #include <cstdint>
 
 #include "module/contract/host_records.h"
+#include "module/state/host_link.h"
 #include "module/state/routine_pointers.h"
-#include "module/state/scroll_table.h"
 
 namespace scroll2d {
+
+// What was last looked up. Whoever needs it gets it as a result; nothing reads it here.
+extern FileRecord* pfpg_scroll2D;
+extern MapEntry* pfpgmap1_scroll2D;  // plane 1
+extern MapEntry* pfpgmap2_scroll2D;  // plane 2
+extern MapEntry* pfpgmap_scroll2D;   // another map: destination, process graphic
+extern __RVKRegion__* pregion_scroll2D;
+extern std::int32_t max_graph_scroll2D;  // graph numbers of the last file are below it
+extern std::int32_t max_fpg_scroll2D;
+extern std::int32_t max_region_scroll2D;
 
 // Bytes per pixel of the screen: 2 at 16 bits, 4 at 32 bits, 1 at any other depth.
 inline std::int32_t screen_pixel_bytes() {
@@ -46,15 +56,10 @@ inline const __RVKRegion__* region_at(std::int32_t number) {
     return pregion_scroll2D = g.Regions + number;
 }
 
-// Takes a map's pixels and alpha flag into a plane; its size too at a start and at a refresh.
-inline void take_pixels(const Plane& plane, const MapRecord& map) {
-    plane.map_pixels = static_cast<const std::uint8_t*>(map.pixels);
-    plane.map_alpha_flag = map.alpha_flag;
-}
-inline void take_map(const Plane& plane, const MapRecord& map) {
-    plane.map_width = map.width;
-    plane.map_height = map.height;
-    take_pixels(plane, map);
+// Looks a map up: its bitmap, or null where none may be used.   writes: entry, one of the globals above
+inline MapRecord* look_up_map(MapEntry*& entry, std::int32_t file, std::int32_t graph) {
+    entry = rvkre->Graphics->GetMap(file, graph);
+    return usable_bitmap(entry);
 }
 
 }  // namespace scroll2d

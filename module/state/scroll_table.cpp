@@ -1,5 +1,8 @@
 #include "module/state/scroll_table.h"
 
+#include "module/state/host_link.h"
+#include "module/state/host_lookups.h"
+
 HostRuntime* rvkre;
 
 namespace scroll2d {

@@ -192,7 +192,7 @@ void Surveyor::survey_scroll(int number, ScrollSurvey& result) {
     result.drawn = scroll.drawn;
     result.z = engine_.global("scroll", number, "z");
     result.file = scroll.file;
-    result.layered = scroll.mode == scroll2d::scroll_layers || scroll.mode == scroll2d::scroll_layers_key;
+    result.layered = scroll2d::is_layer_mode(scroll.mode);
     result.destination_file = scroll.destination_file;
     result.destination_graph = scroll.destination_graph;
     result.on_screen = scroll.destination_graph == 0;
