@@ -80,7 +80,8 @@ class Sdk(Case):
                 (("RVK_mod_scroll2D.so", "x.ppm"), 1, "write a path with a slash, ./RVK_mod_scroll2D.so"),
                 (("/no/such/module.so", "x.ppm"), 1, "cannot load the module: /no/such/module.so"),
                 ((program, "x.ppm"), 1, "cannot load the module"),
-                ((BUILD / "standin.so", "x.ppm"), 1, "registered no scroll_start"),
+                ((BUILD / "standin_empty.so", "x.ppm"), 1, "this is another library"),
+                ((BUILD / "standin.so", "x.ppm"), 1, "registered no init, frame or release hook"),
                 ((MODULE, "/no/such/folder/x.ppm"), 1, "cannot write /no/such/folder/x.ppm: No such file"),
                 ((MODULE, "/dev/full"), 1, "cannot write all of /dev/full")):
             got, output = run(program, *arguments, cwd=WORK)
