@@ -42,7 +42,7 @@ if(NOT SCROLL2D_SANITIZE)
     target_compile_options(scroll2d_objects PRIVATE
         $<$<CONFIG:Release>:-Os>
         # The finished file may import malloc, free and memcpy only: no memset or memmove made from loops.
-        -fno-tree-loop-distribute-patterns -fno-stack-protector
+        $<IF:$<CXX_COMPILER_ID:GNU>,-fno-tree-loop-distribute-patterns,-fno-builtin-memset> -fno-stack-protector
         # No exception passes through the module, and a debugger finds its unwinding beside the symbols.
         -fno-asynchronous-unwind-tables
         -ffunction-sections -fdata-sections)

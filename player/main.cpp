@@ -46,7 +46,7 @@ void heed_stops() {
         if (action.sa_handler == SIG_IGN) continue;
         action = {};
         action.sa_handler = [](int which) { stopped_by = which; };
-        action.sa_flags = SA_RESETHAND | SA_RESTART;
+        action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
         sigaction(signal, &action, nullptr);
     }
 }

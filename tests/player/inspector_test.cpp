@@ -72,7 +72,7 @@ std::vector<std::string> words_drawn(int& covered) {
     std::vector<ImVec4> glyphs;
     ImVec2 next{-1, -1};
     for (const ImDrawList* list :
-         std::span(ImGui::GetDrawData()->CmdLists, ImGui::GetDrawData()->CmdListsCount))
+         std::span(ImGui::GetDrawData()->CmdLists, std::size_t(ImGui::GetDrawData()->CmdListsCount)))
         for (const ImDrawCmd& command : list->CmdBuffer) {
             if (command.GetTexID() != ImGui::GetIO().Fonts->TexID) continue;
             for (unsigned i = 0; i < command.ElemCount; i += 3) {
