@@ -1,26 +1,49 @@
-# Sourced by ./play and ./check: brings a Debian 12 machine to the point where the presets configure and build.
-# Installs only what is missing, and asks for nothing.
+# Sourced by ./play, ./check and tools/fetch_i386.sh: brings a Debian 12 machine to the point where the presets
+# configure and build. Installs only what is missing, and asks for nothing.
 
 SCROLL2D_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 readonly SCROLL2D_ROOT
 
-# What the system itself must provide; the 32-bit libraries come from tools/i386_packages.txt.
-readonly SCROLL2D_SYSTEM_PACKAGES=(
-    g++ g++-multilib cmake ninja-build doctest-dev libcli11-dev libstb-dev python3-pil
-    ca-certificates)
+# What the system itself must provide: to the module, the host and their tests, and to the player beside the 32-bit
+# libraries of tools/i386_packages.txt.
+readonly SCROLL2D_PACKAGES=(g++ g++-multilib cmake ninja-build doctest-dev python3-pil)
+readonly SCROLL2D_PLAYER_PACKAGES=(libcli11-dev libstb-dev ca-certificates)
 
 say() { echo "${0##*/}: $*" >&2; }
 
-missing_system_packages() {
+# alone LOCK WORK COMMAND...: runs the command while no other process of this tree holds that lock. Who waits says so, and
+# for what.
+alone() {
+    local file=$SCROLL2D_ROOT/build/.$1 work=$2 lock status
+    shift 2
+    mkdir -p "${file%/*}" || return
+    exec {lock}>> "$file" || return
+    if ! flock --nonblock "$lock"; then
+        say "waiting for another run: $(tail -n 1 "$file")"
+        until flock --timeout 10 "$lock"; do say "still waiting, after $SECONDS s: $(tail -n 1 "$file")"; done
+    fi
+    echo "${0##*/} (process $$) is $work" > "$file"
+    "$@" {lock}>&-  # what it leaves running holds no lock
+    status=$?
+    exec {lock}>&-
+    return "$status"
+}
+
+missing_packages() {
     local package
-    for package in "${SCROLL2D_SYSTEM_PACKAGES[@]}"; do
+    for package in "$@"; do
         dpkg -s "$package" 2> /dev/null | grep -q '^Status: install ok installed' || echo "$package"
     done
 }
 
-install_system_packages() {
-    local missing as_root=()
-    mapfile -t missing < <(missing_system_packages)
+# install_packages PACKAGE...: those that are missing.
+install_packages() {
+    local missing as_root=() log
+    if ! command -v dpkg > /dev/null; then
+        say "this script knows Debian 12 only"
+        return 1
+    fi
+    mapfile -t missing < <(missing_packages "$@")
     ((${#missing[@]})) || return 0
     if ((EUID != 0)); then
         if ! command -v sudo > /dev/null; then
@@ -31,25 +54,34 @@ install_system_packages() {
         as_root=(sudo)
     fi
     say "installing ${missing[*]}"
-    local log
-    log=$(mktemp)
+    log=$(mktemp) || return
     if ! { "${as_root[@]}" apt-get -q update &&
-           "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-               apt-get -qy install --no-install-recommends "${missing[@]}"; } > "$log" 2>&1 < /dev/null; then
+           "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qy -o DPkg::Lock::Timeout=600 \
+               install --no-install-recommends "${missing[@]}"; } > "$log" 2>&1 < /dev/null; then
         cat "$log" >&2
         rm -f "$log"
-        say "the packages could not be installed"
+        say "could not be installed: ${missing[*]}"
         return 1
     fi
     rm -f "$log"
 }
 
+# All that the presets build with. Fails when something is missing; what can be built all the same, is_ready says.
 set_up() {
-    if ! command -v dpkg > /dev/null; then
-        say "this script knows Debian 12 only"
-        return 1
-    fi
-    install_system_packages && "$SCROLL2D_ROOT/tools/fetch_i386.sh"
+    alone setup "installing packages" install_packages "${SCROLL2D_PACKAGES[@]}" "${SCROLL2D_PLAYER_PACKAGES[@]}" &&
+        "$SCROLL2D_ROOT/tools/fetch_i386.sh"
+}
+
+# Whether module and host can be built and tested, with or without the player.
+is_ready() { [[ -z $(missing_packages "${SCROLL2D_PACKAGES[@]}") ]]; }
+
+# Whether the build tree of a preset was configured here: a copied or moved one still means the old place.
+is_configured_here() {
+    local cache=$SCROLL2D_ROOT/build/$1/CMakeCache.txt folder
+    [[ -f $cache ]] || return
+    for folder in HOME_DIRECTORY:$SCROLL2D_ROOT CACHEFILE_DIR:${cache%/*}; do
+        [[ $(sed -n "s/^CMAKE_${folder%%:*}:INTERNAL=//p" "$cache") -ef ${folder#*:} ]] || return
+    done
 }
 
 # Ninja's lines, compact where nobody watches: one for each tenth of the way.
@@ -64,27 +96,44 @@ every_tenth() {
         }'
 }
 
-# build_preset PRESET [TARGET...]: configures and builds, all targets unless some are named. On a terminal ninja's
-# own line of progress; elsewhere a few lines. When it fails, what the failing steps said.
+# build_preset PRESET [TARGET...]: configures and builds, all targets unless some are named, while no other run does.
 build_preset() {
-    local preset=$1 log targets=() status
+    local status=0
+    alone lock "building: $1" configure_and_build "$@" || status=$?
+    ((status == 0)) || say "the $1 build failed"
+    return "$status"
+}
+
+configure_and_build() {
+    local preset=$1 fresh=() targets=() log status
     shift
     (($# == 0)) || targets=(--target "$@")
-    log=$(mktemp)
-    cd "$SCROLL2D_ROOT" || return 1
-    if ! cmake --preset "$preset" > "$log" 2>&1 < /dev/null; then
-        cat "$log" >&2
-        status=1
-    elif [[ -t 2 ]]; then
-        cmake --build --preset "$preset" "${targets[@]}" >&2 < /dev/null
+    [[ ! -f $SCROLL2D_ROOT/build/$preset/CMakeCache.txt ]] || is_configured_here "$preset" || fresh=(--fresh)
+    log=$(mktemp) && cd "$SCROLL2D_ROOT" || return
+    if cmake --preset "$preset" "${fresh[@]}" > "$log" 2>&1 < /dev/null; then
+        grep '^-- No ' "$log" >&2  # what is left out, and why
+        run_build "$log" --preset "$preset" "${targets[@]}"
         status=$?
     else
-        cmake --build --preset "$preset" "${targets[@]}" 2>&1 < /dev/null | tee "$log" | every_tenth >&2
-        status=${PIPESTATUS[0]}
-        ((status == 0)) || sed -n '/^FAILED:/,$p' "$log" | grep -v '^\[[0-9]*/[0-9]*\] ' >&2
+        cat "$log" >&2
+        status=1
     fi
-    cd - > /dev/null || return 1
     rm -f "$log"
-    ((status == 0)) || say "the $preset build failed"
+    cd - > /dev/null || return
+    return "$status"
+}
+
+# run_build LOG OPTION...: on a terminal ninja's own line of progress; elsewhere a few lines, and when it fails, what the
+# failing steps said.
+run_build() {
+    local log=$1 status
+    shift
+    if [[ -t 2 ]]; then
+        cmake --build "$@" >&2 < /dev/null
+        return
+    fi
+    cmake --build "$@" 2>&1 < /dev/null | tee "$log" | every_tenth >&2
+    status=${PIPESTATUS[0]}
+    ((status == 0)) || grep -vE '^(\[[0-9]+/[0-9]+\]|--) ' "$log" >&2
     return "$status"
 }
