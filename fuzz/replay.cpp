@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/crash.h"
 #include "tests/model/random_game.h"
 
 namespace {
@@ -23,6 +24,7 @@ TEST_CASE("every game of the corpus is played as the model plays it") {
     for (const auto& game : std::filesystem::directory_iterator(SCROLL2D_CORPUS)) {
         const std::string name = game.path().filename().string();
         CAPTURE(name);
+        tests::note_for_crash(name);
         REQUIRE_NOTHROW(model::play_game(read_file(game.path()), model::module_path(SCROLL2D_MODULE)));
         ++played;
     }

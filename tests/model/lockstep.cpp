@@ -1,11 +1,15 @@
 #include "tests/model/lockstep.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <random>
+#include <sstream>
 #include <utility>
 
+#include "tests/model/interruptions.h"
+#include "tests/model/numbers.h"
 #include "tests/model/records.h"
 #include "tests/model/routines.h"
 #include "tests/png.h"
@@ -39,13 +43,35 @@ std::string hex(Pixel pixel) {
     return digits;
 }
 
+// The words of the records that are compared as a whole; a number has no name.
+constexpr const char* kElementWords =
+    "camera ratio file graph1 graph2 region1 region2 speed x0 y0 x1 y1 z alpha visible";
+constexpr const char* kEntryWords =
+    "id owner drawn x x2 y y2 7 8 9 10 graph_table pos_x pos_y z 15 region resolution 18 19 word20 angle "
+    "size "
+    "size_x size_y word25 word26 flags word28 word29 word30 word31 32 33 34 35 has_clip clip_x clip_x2 "
+    "clip_y "
+    "clip_y2 41 bitmap target draw";
+constexpr const char* kProcessWords =
+    "0 1 2 3 status 5 6 7 8 scroll_mark 10 11 12 13 14 15 16 17 18 19 20 21 22 23 24 25 scroll_mask file "
+    "graph "
+    "graph_table x y z word33 region resolution 36 37 word38 angle size size_x size_y word43 word44 flags "
+    "word46 word47 word48 word49";
+
+std::string name_of(const char* names, std::size_t word) {
+    std::istringstream in(names);
+    std::string name;
+    for (std::size_t i = 0; i <= word; ++i) in >> name;
+    return name;
+}
+
 template <class Words>
-std::string differences(const Words& expected, const Words& actual) {
+std::string differences(const char* names, const Words& expected, const Words& actual) {
     std::string all;
     for (std::size_t i = 0; i < expected.size(); ++i)
         if (expected[i] != actual[i])
-            all += "\n    word " + std::to_string(i) + ": expected " + text(expected[i]) + ", got " +
-                   text(actual[i]);
+            all +=
+                "\n    " + name_of(names, i) + ": expected " + text(expected[i]) + ", got " + text(actual[i]);
     return all;
 }
 
@@ -111,7 +137,7 @@ std::span<std::int32_t> Lockstep::script_fields() {
 }
 
 void Lockstep::write(int scroll, Field field, std::int32_t value) {
-    note("scroll[" + text(scroll) + "] field " + text(field) + " = " + text(value));
+    note("scroll[" + text(scroll) + "]." + name_of(kElementWords, field) + " = " + text(value));
     script_fields()[static_cast<std::size_t>(15 * scroll + field)] = value;
     model.elements[static_cast<std::size_t>(scroll)][field] = value;
 }
@@ -124,6 +150,24 @@ void Lockstep::fail_allocations(int nth, bool for_good) {
     note("allocation " + text(nth) + (for_good ? " and on" : "") + " of each step is to fail");
     failing_ = nth;
     failing_for_good_ = for_good;
+}
+
+void Lockstep::interrupt(std::size_t slot, std::uint32_t seed) {
+    note(std::string("the host stops scrolls in ") + kInterruptedSlots[slot]);
+    chance_.seed(seed);
+    interruption_ = model::interrupt(engine, slot, [this] { stop_by_chance(); });
+}
+
+void Lockstep::stop_by_chance() {
+    const std::uint32_t chosen = chance_();
+    if (stopping_ > 2 || chosen % 4 != 0) return;
+    ++stopping_;
+    if (chosen / 4 % 4 == 0) {
+        engine.services()->StopAllScroll();
+    } else {
+        engine.services()->StopScroll(static_cast<std::int32_t>(chosen / 16 % 3));
+    }
+    --stopping_;
 }
 
 void Lockstep::finish() {
@@ -141,13 +185,13 @@ void Lockstep::begin_step() {
 }
 
 // The model goes first: it looks at the host as it was before the module changed it.
-template <class Result, class Actual, class Expected>
-Result Lockstep::step(Actual actual, Expected expected) {
+std::int32_t Lockstep::step(std::int32_t named, const Doing& actual, const Doing& expected) {
+    if (interruption_ != nullptr) return interrupted_step(named, actual);
     begin_step();
     model.fail(failing_, failing_for_good_);
-    const Result wanted = expected();
+    const std::int32_t wanted = expected();
     memory.fail(failing_, failing_for_good_);
-    const Result got = actual();
+    const std::int32_t got = actual();
     same(wanted, got, "result");
     same(model.allocations, memory.made, "allocations");
     memory.heal();
@@ -155,30 +199,46 @@ Result Lockstep::step(Actual actual, Expected expected) {
     return got;
 }
 
+std::int32_t Lockstep::interrupted_step(std::int32_t named, const Doing& actual) {
+    std::array<scroll2d::ScrollRecord, 10> records;
+    std::copy_n(inside_->records, 10, records.begin());
+    std::array<Element, 10> elements;
+    std::memcpy(elements.data(), script_fields().data(), sizeof elements);
+    memory.fail(failing_, failing_for_good_);
+    const std::int32_t got = actual();
+    memory.heal();
+    check_sound();
+    for (int n = 0; n < 10; ++n)
+        if (named != -1 && n != named) check_untouched(n, at(records, n), at(elements, n));
+    return got;
+}
+
 std::int32_t Lockstep::call(const std::string& function, std::initializer_list<std::int32_t> arguments) {
     note(function + text(std::vector<std::int32_t>(arguments)));
     const std::span<const std::int32_t> a(arguments.begin(), arguments.size());
-    return step<std::int32_t>([&] { return engine.call(function, a).value; },
-                              [&] {
-                                  if (function == "scroll_start" || function == "start_scroll")
-                                      return model.start(a);
-                                  if (function == "scroll_stop") return model.stop(a[0]);
-                                  if (function == "scroll_move") return model.move(a[0]);
-                                  if (function == "scroll_refresh") return model.refresh(a[0]);
-                                  if (function != "scroll_set_destination") differ("no model of " + function);
-                                  return model.set_destination(a[0], a[1], a[2], a[3]);
-                              });
+    return step(
+        a[0], [&] { return engine.call(function, a).value; },
+        [&] {
+            if (function == "scroll_start" || function == "start_scroll") return model.start(a);
+            if (function == "scroll_stop") return model.stop(a[0]);
+            if (function == "scroll_move") return model.move(a[0]);
+            if (function == "scroll_refresh") return model.refresh(a[0]);
+            if (function != "scroll_set_destination") differ("no model of " + function);
+            return model.set_destination(a[0], a[1], a[2], a[3]);
+        });
 }
 
 void Lockstep::stop_service(std::int32_t scroll) {
     note("StopScroll " + text(scroll));
-    step<std::int32_t>([&] { return engine.services()->StopScroll(scroll), 0; },
-                       [&] { return model.stop_service(scroll), 0; });
+    step(
+        scroll, [&] { return engine.services()->StopScroll(scroll), 0; },
+        [&] { return model.stop_service(scroll), 0; });
 }
 void Lockstep::stop_all_service() {
     note("StopAllScroll");
-    step<std::int32_t>([&] { return engine.services()->StopAllScroll(), 0; },
-                       [&] { return model.stop_all_service(), 0; });
+    step(
+        -1, [&] { return engine.services()->StopAllScroll(), 0; },
+        [&] { return model.stop_all_service(), 0; });
 }
 
 void Lockstep::change_video_mode(const host::VideoMode& mode, bool reset,
@@ -196,7 +256,7 @@ void Lockstep::change_video_mode(const host::VideoMode& mode, bool reset,
     engine.change_video_mode(
         mode,
         {.reset = reset, .keep_old_screen = true, .convert_maps = true, .before_update = before_update});
-    check();
+    interruption_ != nullptr ? check_sound() : check();
 }
 
 void Lockstep::begin_anew() {
@@ -207,7 +267,8 @@ void Lockstep::begin_anew() {
         std::exchange(g.CreateBlitList, [](const char* name, std::int32_t, std::int32_t) -> void* {
             return host::Engine::live()->blit_lists().find(name);
         });
-    step<std::int32_t>([&] { return engine.run_hook(host::Hook::init), 0; }, [&] { return model.init(), 0; });
+    step(
+        -1, [&] { return engine.run_hook(host::Hook::init), 0; }, [&] { return model.init(), 0; });
     g.CreateBlitList = create;
 }
 
@@ -216,16 +277,18 @@ void Lockstep::frame() {
     const bool suspended = *engine.frame_state().suspend_flag != 0;
     host::BlitQueue& main = engine.blit_lists().main();
     std::vector<Entry> wanted;
-    step<std::int32_t>([&] { return engine.run_hook(host::Hook::frame), main.count(); },
-                       [&] {
-                           if (!suspended) wanted = model.schedule();
-                           return static_cast<std::int32_t>(wanted.size());
-                       });
-    for (std::size_t i = 0; i < wanted.size(); ++i) {
+    step(
+        -1, [&] { return engine.run_hook(host::Hook::frame), main.count(); },
+        [&] {
+            if (!suspended) wanted = model.schedule();
+            return static_cast<std::int32_t>(wanted.size());
+        });
+    for (std::size_t i = 0; interruption_ == nullptr && i < wanted.size(); ++i) {
         Entry words = words_of(*main.entries()[i]);
         if (words[44] == 0) differ("a scroll entry has no draw routine");
         words[44] = 0;
-        if (wanted[i] != words) differ("scroll entry " + std::to_string(i) + differences(wanted[i], words));
+        if (wanted[i] != words)
+            differ("scroll entry " + std::to_string(i) + differences(kEntryWords, wanted[i], words));
     }
     main.sort();
     const std::vector<__RVKBlit2D__*> order = main.entries();
@@ -236,9 +299,9 @@ void Lockstep::frame() {
 void Lockstep::draw_entry(__RVKBlit2D__& entry) {
     note("draw scroll " + text(entry.id));
     const std::int32_t z_key = entry.z;
-    const auto result =
-        step<std::int32_t>([&] { return entry.draw(&entry); }, [&] { return model.blit(entry.id, z_key); });
-    same(result, entry.drawn, "the entry's word 2");
+    const auto result = step(
+        entry.id, [&] { return entry.draw(&entry); }, [&] { return model.blit(entry.id, z_key); });
+    same(result, entry.drawn, "drawn of the entry");
     if (&engine.blit_lists().current() != &engine.blit_lists().main())
         differ("another list than the main one is current");
 }
@@ -255,6 +318,7 @@ void Lockstep::draw_unscheduled(std::int32_t scroll, std::int32_t z) {
 }
 
 void Lockstep::ask_services(std::int32_t scroll, std::int32_t mask, __RVKRegion__ world) {
+    if (interruption_ != nullptr) return;
     using Answer = Model::Answer;
     const ScrollSystemInterface& s = *engine.services();
     const std::string of = " of scroll " + text(scroll) + " with mask " + text(mask);
@@ -308,7 +372,8 @@ void Lockstep::check() {
         Element actual;
         std::copy_n(fields.begin() + static_cast<std::ptrdiff_t>(15 * n), 15, actual.begin());
         if (model.elements[n] != actual)
-            differ("element " + std::to_string(n) + " of scroll[]" + differences(model.elements[n], actual));
+            differ("scroll[" + std::to_string(n) + "]" +
+                   differences(kElementWords, model.elements[n], actual));
     }
     if (inside_ != nullptr) check_records();
     check_processes();
@@ -321,6 +386,38 @@ void Lockstep::check() {
     same(model.buffers(), static_cast<int>(memory.live.size()), "blocks of memory");
     same(0, memory.bad_frees, "wrong frees");
     if (++checks_ % 64 == 0) same({}, engine.untouched(), "words that are the host's");
+}
+
+// What holds whenever a host stops scrolls.
+void Lockstep::check_sound() {
+    same({}, engine.faults(), "faults");
+    same({}, engine.untouched(), "words that are the host's");
+    int buffers = 0;
+    for (int n = 0; n < 10; ++n) {
+        const scroll2d::ScrollRecord& r = inside_->records[n];
+        if (const std::string wrong = trouble_of(r, memory); !wrong.empty())
+            differ("record of scroll " + text(n) + wrong);
+        if (r.active != 0) buffers += r.planes;
+    }
+    same(buffers, static_cast<int>(memory.live.size()), "blocks of memory");
+    same(0, memory.bad_frees, "wrong frees");
+}
+
+// A scroll that the step does not name is as it was, or stopped.
+void Lockstep::check_untouched(int n, scroll2d::ScrollRecord record, const Element& element) {
+    const scroll2d::ScrollRecord& now = inside_->records[n];
+    if (record.active != now.active) {
+        record.active = 0;
+        record.buffer1 = record.buffer2 = nullptr;
+        record.map1_pixels = record.map2_pixels = nullptr;
+        record.made_pixel_bytes = 0;
+    }
+    if (std::memcmp(&record, &now, sizeof now) != 0)
+        differ("the record of scroll " + text(n) + " has changed");
+    Element actual;
+    std::copy_n(script_fields().begin() + 15 * n, 15, actual.begin());
+    if (actual != element && actual != kDefaults)
+        differ("scroll[" + text(n) + "]" + differences(kElementWords, element, actual));
 }
 
 void Lockstep::check_records() {
@@ -342,7 +439,7 @@ void Lockstep::check_processes() {
         std::memcpy(actual.data(), n->data, sizeof actual);
         if (model.processes[i].second != actual)
             differ("process " + std::to_string(i) + " of the list" +
-                   differences(model.processes[i].second, actual));
+                   differences(kProcessWords, model.processes[i].second, actual));
     }
     if (i != model.processes.size()) differ("a process was deleted that a running scroll shows");
 }
@@ -360,7 +457,8 @@ void Lockstep::check_sprite_passes() {
             if (actual[44] == 0) differ("an entry of a pass has no draw routine");
             if (layer) actual[44] = 0;
             if (expected[k] != actual)
-                differ("entry " + std::to_string(k) + " of a pass" + differences(expected[k], actual));
+                differ("entry " + std::to_string(k) + " of a pass" +
+                       differences(kEntryWords, expected[k], actual));
         }
     }
 }

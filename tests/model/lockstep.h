@@ -5,7 +5,10 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <initializer_list>
+#include <memory>
+#include <random>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -60,13 +63,23 @@ class Lockstep {
     // In each later step the n-th allocation fails, counted from 1, and the ones after it with `for_good`. 0:
     // none.
     void fail_allocations(int nth, bool for_good);
+    // From now on the host stops scrolls by chance from within a slot of kInterruptedSlots. The model knows
+    // nothing of that: what is held from here on is that each record is sound by itself, that a call for one
+    // scroll leaves all others as they were, or stopped, and that nothing is leaked. Of a module that shows
+    // its records alone.
+    void interrupt(std::size_t slot, std::uint32_t seed);
     // Unloads the module and looks for what it left behind. The end of a game.
     void finish();
     void note(std::string what);
 
   private:
-    template <class Result, class Actual, class Expected>
-    Result step(Actual actual, Expected expected);
+    using Doing = std::function<std::int32_t()>;
+    std::int32_t step(std::int32_t named, const Doing& actual,
+                      const Doing& expected);  // of one scroll, or -1
+    std::int32_t interrupted_step(std::int32_t named, const Doing& actual);
+    void stop_by_chance();
+    void check_sound();
+    void check_untouched(int n, scroll2d::ScrollRecord record, const Element& element);
     void begin_step();
     void check();
     void check_bitmap(const std::string& name, host::Bitmap& bitmap);
@@ -82,6 +95,9 @@ class Lockstep {
     std::span<std::int32_t> script_fields();
 
     const Inside* inside_ = nullptr;  // of a module that shows it
+    std::shared_ptr<void> interruption_;
+    std::mt19937 chance_;
+    int stopping_ = 0;  // stops within stops
     int failing_ = 0;
     bool failing_for_good_ = false;
     std::vector<std::string> notes_;

@@ -71,8 +71,9 @@ constexpr std::size_t kProcesses = 24;  // at most
 
 class Game {
   public:
-    Game(Bytes& bytes, const std::filesystem::path& module, scroll2d::VectorUnit widest)
-        : in(bytes), run(options(bytes), module, widest) {
+    Game(Bytes& bytes, const std::filesystem::path& module, const Variant& variant)
+        : in(bytes), run(options(bytes), module, variant.widest) {
+        if (variant.interrupted_slot) run.interrupt(*variant.interrupted_slot, variant.seed);
         for (std::int32_t graph = 1; graph <= 4; ++graph) make_map(1, graph);
         for (std::int32_t region = 1; region < kRegions; ++region) define_region(region);
         redraw_screen();
@@ -435,9 +436,9 @@ class Game {
 }  // namespace
 
 void play_game(std::span<const std::uint8_t> bytes, const std::filesystem::path& module,
-               scroll2d::VectorUnit widest) {
+               const Variant& variant) {
     Bytes in(bytes);
-    Game game(in, module, widest);
+    Game game(in, module, variant);
     while (!in.used_up()) game.step();
     game.finish();
 }

@@ -4,15 +4,23 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <span>
 
 #include "tests/model/lockstep.h"
 
 namespace model {
 
+// What only a module that shows its records can be asked for.
+struct Variant {
+    scroll2d::VectorUnit widest = scroll2d::VectorUnit::avx2;
+    std::optional<std::size_t> interrupted_slot = {};  // Lockstep::interrupt
+    std::uint32_t seed = 0;                            // of the interruptions
+};
+
 // Plays until the bytes are used up. Any bytes make a game, and the same bytes the same game. Throws
 // Mismatch.
 void play_game(std::span<const std::uint8_t> bytes, const std::filesystem::path& module,
-               scroll2d::VectorUnit widest = scroll2d::VectorUnit::avx2);
+               const Variant& variant = {});
 
 }  // namespace model

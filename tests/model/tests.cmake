@@ -13,7 +13,7 @@ target_link_options(opened_module PRIVATE -Wl,-Bsymbolic)
 
 add_library(scroll2d_model STATIC
     model/model.cpp model/planes.cpp model/script.cpp model/frame.cpp model/lockstep.cpp model/routines.cpp
-    model/records.cpp model/random_game.cpp module/allocation.cpp png.cpp)
+    model/records.cpp model/interruptions.cpp model/random_game.cpp module/allocation.cpp png.cpp)
 target_include_directories(scroll2d_model SYSTEM PRIVATE ${DOCTEST_INCLUDE_DIR})
 target_compile_options(scroll2d_model PRIVATE -Wall -Wextra -Wconversion -Wshadow -Werror
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)  # GCC 12 sees overlaps in the concatenation of strings where there are none

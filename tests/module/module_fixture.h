@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "host/engine.h"
+#include "tests/replaced.h"
 
 namespace tests {
 
@@ -39,33 +40,6 @@ struct Position {
 inline std::ostream& operator<<(std::ostream& out, const Position& p) {
     return out << '(' << p.x << ", " << p.y << ')';
 }
-
-// A slot of a host record, replaced while this object lives; `original` is what stood there. Of two objects
-// for one slot the inner one may not call its original.
-template <auto Slot>
-class Replaced;
-template <class Record, class Result, class... Arguments, Result (*Record::*Slot)(Arguments...)>
-class Replaced<Slot> {
-  public:
-    using Function = std::function<Result(Arguments...)>;
-    Replaced(Record& record, Function instead)
-        : original(record.*Slot), record_(record), outer_(std::exchange(function_, std::move(instead))) {
-        record.*Slot = [](Arguments... arguments) -> Result { return function_(arguments...); };
-    }
-    ~Replaced() {
-        record_.*Slot = original;
-        function_ = std::move(outer_);
-    }
-    Replaced(const Replaced&) = delete;
-    Replaced& operator=(const Replaced&) = delete;
-
-    Result (*const original)(Arguments...);
-
-  private:
-    Record& record_;
-    Function outer_;
-    static inline Function function_;
-};
 
 constexpr std::int32_t kFile = 1;
 constexpr std::int32_t kHeight = 48;  // of the screen

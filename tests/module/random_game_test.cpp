@@ -6,9 +6,12 @@
 #include <cstdint>
 #include <cstdlib>
 #include <random>
+#include <string>
 #include <vector>
 
+#include "tests/crash.h"
 #include "tests/effort.h"
+#include "tests/model/interruptions.h"
 #include "tests/model/random_game.h"
 
 namespace {
@@ -33,10 +36,12 @@ std::vector<std::uint8_t> game_of(std::uint32_t seed) {
 // loops of one vector unit after the other.
 void play(std::uint32_t seed) {
     CAPTURE(seed);
+    tests::note_for_crash("SCROLL2D_SEED=" + std::to_string(seed));
     if (seed % 4 != 0)
         REQUIRE_NOTHROW(model::play_game(game_of(seed), model::module_path(SCROLL2D_MODULE)));
     else
-        REQUIRE_NOTHROW(model::play_game(game_of(seed), SCROLL2D_OPENED_MODULE, kUnits[seed / 4 % 3]));
+        REQUIRE_NOTHROW(
+            model::play_game(game_of(seed), SCROLL2D_OPENED_MODULE, {.widest = kUnits[seed / 4 % 3]}));
 }
 
 TEST_CASE("the module plays as the model does") {
@@ -44,6 +49,19 @@ TEST_CASE("the module plays as the model does") {
         return play(static_cast<std::uint32_t>(std::atol(seed)));
     const int games = tests::rounds(kGames);
     for (int seed = 1; seed <= games; ++seed) play(static_cast<std::uint32_t>(seed));
+}
+
+TEST_CASE("scrolls that the host stops from within a slot cost nobody else anything") {
+    const int games = tests::rounds(200);
+    for (std::size_t slot = 0; slot < std::size(model::kInterruptedSlots); ++slot)
+        for (std::uint32_t seed = 1; seed <= static_cast<std::uint32_t>(games); ++seed) {
+            CAPTURE(std::string(model::kInterruptedSlots[slot]));
+            CAPTURE(seed);
+            tests::note_for_crash(std::string("game ") + std::to_string(seed) + " with stops from " +
+                                  model::kInterruptedSlots[slot]);
+            REQUIRE_NOTHROW(model::play_game(game_of(seed), SCROLL2D_OPENED_MODULE,
+                                             {.interrupted_slot = slot, .seed = seed}));
+        }
 }
 
 }  // namespace
