@@ -16,6 +16,8 @@
 
 namespace model {
 
+using scroll2d::ScrollRecord;
+
 namespace {
 
 std::string text(std::int32_t value) {
@@ -185,7 +187,7 @@ void Lockstep::begin_step() {
 }
 
 // The model goes first: it looks at the host as it was before the module changed it.
-std::int32_t Lockstep::step(std::int32_t named, const Doing& actual, const Doing& expected) {
+std::int32_t Lockstep::step(Named named, const Doing& actual, const Doing& expected) {
     if (interruption_ != nullptr) return interrupted_step(named, actual);
     begin_step();
     model.fail(failing_, failing_for_good_);
@@ -199,27 +201,26 @@ std::int32_t Lockstep::step(std::int32_t named, const Doing& actual, const Doing
     return got;
 }
 
-std::int32_t Lockstep::interrupted_step(std::int32_t named, const Doing& actual) {
-    std::array<scroll2d::ScrollRecord, 10> records;
+std::int32_t Lockstep::interrupted_step(Named named, const Doing& actual) {
+    std::array<ScrollRecord, 10> records;
     std::copy_n(inside_->records, 10, records.begin());
-    std::array<Element, 10> elements;
-    std::memcpy(elements.data(), script_fields().data(), sizeof elements);
+    const std::vector<std::int32_t> fields(script_fields().begin(), script_fields().end());
     memory.fail(failing_, failing_for_good_);
     const std::int32_t got = actual();
     memory.heal();
     check_sound();
-    for (int n = 0; n < 10; ++n)
-        if (named != -1 && n != named) check_untouched(n, at(records, n), at(elements, n));
+    for (int n = 0; n < 10; ++n) check_interrupted(n, at(records, n), &at(fields, Int{15} * n), named);
     return got;
 }
 
 std::int32_t Lockstep::call(const std::string& function, std::initializer_list<std::int32_t> arguments) {
     note(function + text(std::vector<std::int32_t>(arguments)));
     const std::span<const std::int32_t> a(arguments.begin(), arguments.size());
+    const bool starts = function == "scroll_start" || function == "start_scroll";
     return step(
-        a[0], [&] { return engine.call(function, a).value; },
+        {a[0], starts}, [&] { return engine.call(function, a).value; },
         [&] {
-            if (function == "scroll_start" || function == "start_scroll") return model.start(a);
+            if (starts) return model.start(a);
             if (function == "scroll_stop") return model.stop(a[0]);
             if (function == "scroll_move") return model.move(a[0]);
             if (function == "scroll_refresh") return model.refresh(a[0]);
@@ -231,13 +232,13 @@ std::int32_t Lockstep::call(const std::string& function, std::initializer_list<s
 void Lockstep::stop_service(std::int32_t scroll) {
     note("StopScroll " + text(scroll));
     step(
-        scroll, [&] { return engine.services()->StopScroll(scroll), 0; },
+        {scroll}, [&] { return engine.services()->StopScroll(scroll), 0; },
         [&] { return model.stop_service(scroll), 0; });
 }
 void Lockstep::stop_all_service() {
     note("StopAllScroll");
     step(
-        -1, [&] { return engine.services()->StopAllScroll(), 0; },
+        {}, [&] { return engine.services()->StopAllScroll(), 0; },
         [&] { return model.stop_all_service(), 0; });
 }
 
@@ -268,7 +269,8 @@ void Lockstep::begin_anew() {
             return host::Engine::live()->blit_lists().find(name);
         });
     step(
-        -1, [&] { return engine.run_hook(host::Hook::init), 0; }, [&] { return model.init(), 0; });
+        {.starts = true}, [&] { return engine.run_hook(host::Hook::init), 0; },
+        [&] { return model.init(), 0; });
     g.CreateBlitList = create;
 }
 
@@ -278,7 +280,7 @@ void Lockstep::frame() {
     host::BlitQueue& main = engine.blit_lists().main();
     std::vector<Entry> wanted;
     step(
-        -1, [&] { return engine.run_hook(host::Hook::frame), main.count(); },
+        {}, [&] { return engine.run_hook(host::Hook::frame), main.count(); },
         [&] {
             if (!suspended) wanted = model.schedule();
             return static_cast<std::int32_t>(wanted.size());
@@ -300,7 +302,7 @@ void Lockstep::draw_entry(__RVKBlit2D__& entry) {
     note("draw scroll " + text(entry.id));
     const std::int32_t z_key = entry.z;
     const auto result = step(
-        entry.id, [&] { return entry.draw(&entry); }, [&] { return model.blit(entry.id, z_key); });
+        {entry.id}, [&] { return entry.draw(&entry); }, [&] { return model.blit(entry.id, z_key); });
     same(result, entry.drawn, "drawn of the entry");
     if (&engine.blit_lists().current() != &engine.blit_lists().main())
         differ("another list than the main one is current");
@@ -394,7 +396,7 @@ void Lockstep::check_sound() {
     same({}, engine.untouched(), "words that are the host's");
     int buffers = 0;
     for (int n = 0; n < 10; ++n) {
-        const scroll2d::ScrollRecord& r = inside_->records[n];
+        const ScrollRecord& r = inside_->records[n];
         if (const std::string wrong = trouble_of(r, memory); !wrong.empty())
             differ("record of scroll " + text(n) + wrong);
         if (r.active != 0) buffers += r.planes;
@@ -403,26 +405,31 @@ void Lockstep::check_sound() {
     same(0, memory.bad_frees, "wrong frees");
 }
 
-// A scroll that the step does not name is as it was, or stopped.
-void Lockstep::check_untouched(int n, scroll2d::ScrollRecord record, const Element& element) {
-    const scroll2d::ScrollRecord& now = inside_->records[n];
-    if (record.active != now.active) {
-        record.active = 0;
-        record.buffer1 = record.buffer2 = nullptr;
-        record.map1_pixels = record.map2_pixels = nullptr;
-        record.made_pixel_bytes = 0;
+// A scroll that the step does not name is as it was, or has been stopped; one that has been stopped is not
+// written after that, unless it is being started.
+void Lockstep::check_interrupted(int n, ScrollRecord before, const std::int32_t* fields, Named named) {
+    const ScrollRecord& now = inside_->records[n];
+    const bool ended = before.active != 0 && now.active == 0;
+    const bool may_write = named.scroll == -1 || named.scroll == n;
+    if (may_write && (!ended || named.starts)) return;
+    if (ended) {
+        before = may_write ? now : before;
+        before.active = 0;
+        before.buffer1 = before.buffer2 = nullptr;
+        before.map1_pixels = before.map2_pixels = nullptr;
+        before.made_pixel_bytes = 0;
     }
-    if (std::memcmp(&record, &now, sizeof now) != 0)
-        differ("the record of scroll " + text(n) + " has changed");
-    Element actual;
-    std::copy_n(script_fields().begin() + 15 * n, 15, actual.begin());
-    if (actual != element && actual != kDefaults)
-        differ("scroll[" + text(n) + "]" + differences(kElementWords, element, actual));
+    if (std::memcmp(&before, &now, sizeof now) != 0)
+        differ("the record of scroll " + text(n) + " was written");
+    const std::int32_t* const fields_now = &script_fields()[static_cast<std::size_t>(15 * n)];
+    const bool reset = std::equal(kDefaults.begin(), kDefaults.end(), fields_now);
+    if (!reset && (ended || !std::equal(fields, fields + 15, fields_now)))
+        differ("scroll[" + text(n) + "] was written");
 }
 
 void Lockstep::check_records() {
     for (std::size_t n = 0; n < 10; ++n) {
-        const scroll2d::ScrollRecord& record = inside_->records[n];
+        const ScrollRecord& record = inside_->records[n];
         const std::string wrong = trouble_of(record, memory) + differences(model.scrolls[n], record);
         if (!wrong.empty()) differ("record of scroll " + std::to_string(n) + wrong);
     }

@@ -74,12 +74,15 @@ class Lockstep {
 
   private:
     using Doing = std::function<std::int32_t()>;
-    std::int32_t step(std::int32_t named, const Doing& actual,
-                      const Doing& expected);  // of one scroll, or -1
-    std::int32_t interrupted_step(std::int32_t named, const Doing& actual);
+    struct Named {
+        std::int32_t scroll = -1;  // the one that a step may write; -1: any
+        bool starts = false;       // it may go on after a stop
+    };
+    std::int32_t step(Named named, const Doing& actual, const Doing& expected);
+    std::int32_t interrupted_step(Named named, const Doing& actual);
     void stop_by_chance();
     void check_sound();
-    void check_untouched(int n, scroll2d::ScrollRecord record, const Element& element);
+    void check_interrupted(int n, scroll2d::ScrollRecord before, const std::int32_t* fields, Named named);
     void begin_step();
     void check();
     void check_bitmap(const std::string& name, host::Bitmap& bitmap);

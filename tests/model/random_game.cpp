@@ -4,6 +4,7 @@
 #include <array>
 #include <iterator>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/model/routines.h"
@@ -33,6 +34,14 @@ class Bytes {
         std::uint32_t value = 0;
         for (int i = 0; i < 4; ++i) value = value << 8 | static_cast<std::uint32_t>(byte());
         return static_cast<std::int32_t>(value);
+    }
+    // A width and a height; now and then a row or few that are long.
+    template <std::size_t n>
+    std::pair<std::int32_t, std::int32_t> size_of(const std::int32_t (&choices)[n],
+                                                  const std::int32_t (&wide)[4]) {
+        const std::int32_t chosen = byte();
+        if (chosen >= 224) return {wide[chosen % 4], 1 + below(9)};
+        return {choices[chosen % static_cast<std::int32_t>(n)], of(choices)};
     }
     bool one_in(std::int32_t n) { return below(n) == n - 1; }
 
@@ -66,6 +75,7 @@ constexpr std::int32_t kSystemGraphs = 6;  // graph limit of file 0, and of dest
 constexpr std::int32_t kRegions = 6;
 constexpr std::int32_t kExtents[] = {1, 2, 3, 5, 7, 8, 9, 13, 16, 17, 20, 31, 33, 48, 70, 150};
 constexpr std::int32_t kScreenExtents[] = {1, 2, 7, 8, 16, 24, 33, 40, 64};
+constexpr std::int32_t kWideExtents[] = {300, 333, 512, 700};  // long rows are drawn another way
 constexpr std::int32_t kDepths[] = {8, 16, 32, 32, 32, 24};
 constexpr std::size_t kProcesses = 24;  // at most
 
@@ -128,8 +138,9 @@ class Game {
   private:
     static host::Options options(Bytes& bytes) {
         constexpr host::Fence kFences[] = {host::Fence::after, host::Fence::before, host::Fence::none};
-        return {.width = bytes.of(kScreenExtents),
-                .height = bytes.of(kScreenExtents),
+        const auto [width, height] = bytes.size_of(kScreenExtents, kWideExtents);
+        return {.width = width,
+                .height = height,
                 .bits_per_pixel = bytes.of(kDepths),
                 .file_slots = kFiles,
                 .region_slots = kRegions,
@@ -257,8 +268,7 @@ class Game {
         if (f >= run.engine.files().file_count()) return;
         if (f == 0 && graph >= run.engine.files().system_graph_count()) return;
         run.note("new map " + std::to_string(graph) + " of file " + std::to_string(f));
-        const std::int32_t width = in.of(kExtents);
-        const std::int32_t height = in.of(kExtents);
+        const auto [width, height] = in.size_of(kExtents, kWideExtents);
         host::Map& made = run.engine.files().create_map(f, graph, width, height);
         made.set_alpha_flag(in.one_in(2));
         if (in.one_in(3)) {
@@ -322,7 +332,8 @@ class Game {
     }
 
     void change_mode() {
-        const host::VideoMode mode{in.of(kScreenExtents), in.of(kScreenExtents), in.of(kDepths)};
+        const auto [width, height] = in.size_of(kScreenExtents, kWideExtents);
+        const host::VideoMode mode{width, height, in.of(kDepths)};
         run.change_video_mode(mode, in.one_in(4), [this] {
             run.draw_unscheduled(0, 0);
             for (const char* function : {"scroll_move", "scroll_refresh"}) run.call(function, {-1});

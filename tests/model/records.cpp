@@ -18,7 +18,7 @@ std::string line(const char* field, Int expected, Int actual) {
 // many rows of the view begin there before the ring's end is reached.
 std::string trouble_of(const ScrollRecord& r, const std::uint8_t* buffer, const std::uint8_t* start,
                        Int rows_to_wrap, const tests::ModuleAllocator& memory) {
-    const auto held = memory.live.find(const_cast<std::uint8_t*>(buffer));
+    const auto held = memory.live.find(buffer);
     if (held == memory.live.end()) return "\n    a buffer is not the module's";
     const Int bytes = r.made_pixel_bytes;
     if (bytes == 0) return {};  // not filled
@@ -26,7 +26,7 @@ std::string trouble_of(const ScrollRecord& r, const std::uint8_t* buffer, const 
     if (offset < 0 || offset >= r.ring_size * bytes || offset % bytes != 0)
         return "\n    a read pointer is outside its ring";
     return line("bytes of a buffer", (Int{r.made_height} + 1) * r.made_width * bytes,
-                static_cast<Int>(held->second)) +
+                static_cast<Int>(held->second.size())) +
            line("rows to wrap", r.made_height - offset / bytes / r.made_width, rows_to_wrap);
 }
 

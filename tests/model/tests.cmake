@@ -28,5 +28,5 @@ function(scroll2d_model_test name)
     add_dependencies(${name} RVK_mod_scroll2D opened_module)
 endfunction()
 
-scroll2d_model_test(random_walk_test module/random_walk_test.cpp)
+scroll2d_model_test(ring_test module/ring_test.cpp)
 scroll2d_model_test(random_game_test module/random_game_test.cpp)

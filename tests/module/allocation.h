@@ -1,4 +1,5 @@
-// The module's memory: counts what it holds and makes allocations fail.
+// The module's memory: counts what it holds and makes allocations fail. A byte read or written behind a
+// block, or in one that was given back, is a crash.
 //
 // Works on the loaded module's table of addresses, so it sees exactly the module's own calls, with and
 // without sanitizers. Attach after each load; a module is not to be called once its allocator is gone, so the
@@ -8,6 +9,8 @@
 #include <cstddef>
 #include <map>
 #include <vector>
+
+#include "host/memory.h"
 
 namespace tests {
 
@@ -28,9 +31,8 @@ class ModuleAllocator {
     int made = 0;             // allocations asked for since the last fail() or heal(), failed ones included
     int bad_frees = 0;        // of addresses that the module did not hold
     std::size_t largest = 0;  // bytes asked for at once, so far
-    // Blocks that the module holds, by address, with their bytes.
-    std::map<void*, std::size_t> live;
-    std::vector<std::size_t> freed;  // bytes of the blocks that it gave back, in that order
+    std::map<const void*, host::Memory> live;  // blocks that the module holds, by address
+    std::vector<std::size_t> freed;            // bytes of the blocks that it gave back, in that order
 
   private:
     static void* allocate(std::size_t bytes);

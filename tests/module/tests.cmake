@@ -14,8 +14,7 @@ endfunction()
 
 scroll2d_module_test(registration_test module/registration_test.cpp)
 scroll2d_module_test(contract_test module/contract_test.cpp)
-scroll2d_module_test(allocation_test module/allocation_test.cpp module/allocation.cpp)
-scroll2d_module_test(hostile_test module/hostile_test.cpp module/allocation.cpp)
+scroll2d_module_test(limits_test module/limits_test.cpp module/allocation.cpp)
 
 scroll2d_module_test(binary_test module/binary_test.cpp)
 target_compile_definitions(binary_test PRIVATE
