@@ -6,6 +6,7 @@
 
 #include <doctest/doctest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
@@ -21,17 +22,12 @@
 namespace tests {
 
 using host::ScriptError;
-using Points = std::vector<__RVKPoint2D__>;
 using Words = std::vector<std::int32_t>;
 
 // Edges in the order of a region record, inclusive.
 struct Rect {
     std::int32_t x, x2, y, y2;
-    bool operator==(const Rect&) const = default;
 };
-inline std::ostream& operator<<(std::ostream& out, const Rect& r) {
-    return out << '(' << r.x << ".." << r.x2 << ", " << r.y << ".." << r.y2 << ')';
-}
 
 struct Position {
     std::int32_t x, y;
@@ -65,7 +61,8 @@ class Fixture {
     [[nodiscard]] const ScrollSystemInterface& services() const { return *engine.services(); }
 
     // A map of file 1 in which neighbours differ and no pixel is 0.
-    host::Map& map(std::int32_t graph, std::int32_t width, std::int32_t height, const Points& points = {}) {
+    host::Map& map(std::int32_t graph, std::int32_t width, std::int32_t height,
+                   const std::vector<__RVKPoint2D__>& points = {}) {
         host::Map& made = engine.files().create_map(kFile, graph, width, height);
         made.set_control_points(points);
         paint(made, graph);
@@ -104,26 +101,16 @@ class Fixture {
         REQUIRE(found == 1);
         return {at.x, at.y};
     }
-    [[nodiscard]] Position mirrored(std::int32_t number, std::int32_t num = 0) {
-        return number == 1 ? Position{script(num, "x0"), script(num, "y0")}
-                           : Position{script(num, "x1"), script(num, "y1")};
-    }
     void aim_script(std::int32_t number, Position to, std::int32_t num = 0) {
         script(num, number == 1 ? "x0" : "x1") = to.x;
         script(num, number == 1 ? "y0" : "y1") = to.y;
     }
-    Position move(Position to, std::int32_t num = 0) {
-        aim_script(1, to, num);
-        CHECK(call("scroll_move", {num}) == 1);
-        return plane(1, num);
-    }
 
-    // The scroll's rectangle on record, as the scheduling shows it; nothing when it is not scheduled.
-    [[nodiscard]] std::optional<Rect> scheduled(std::int32_t num) {
+    // Whether a frame has an entry for the scroll.
+    [[nodiscard]] bool scheduled(std::int32_t num) {
         engine.run_hook(host::Hook::frame);
-        std::optional<Rect> found;
-        for (const __RVKBlit2D__* e : engine.blit_lists().main().entries())
-            if (e->id == num) found = Rect{e->x, e->x2, e->y, e->y2};
+        const auto& entries = engine.blit_lists().main().entries();
+        const bool found = std::ranges::any_of(entries, [&](const __RVKBlit2D__* e) { return e->id == num; });
         engine.blit_lists().main().clear();
         return found;
     }
@@ -141,33 +128,29 @@ class Fixture {
         return drawn == 1;
     }
 
-    // Whether `on` shows the endlessly repeated map from `at` on inside the view, and `around` outside it.
-    [[nodiscard]] static bool shows(const host::Bitmap& on, const Rect& view, const host::Bitmap& map,
-                                    Position at, std::optional<std::uint32_t> around = {}) {
+    // Whether the screen shows the endlessly repeated map from `at` on inside the view, and `around` outside.
+    [[nodiscard]] bool shows(const Rect& view, const host::Bitmap& map, Position at,
+                             std::optional<std::uint32_t> around = {}) {
         const auto wrap = [](std::int64_t a, std::int64_t m) {
             return static_cast<std::int32_t>((a % m + m) % m);
         };
-        for (std::int32_t y = 0; y < on.height(); ++y) {
-            for (std::int32_t x = 0; x < on.width(); ++x) {
+        for (std::int32_t y = 0; y < kHeight; ++y) {
+            for (std::int32_t x = 0; x < kWidth; ++x) {
                 const bool inside = x >= view.x && x <= view.x2 && y >= view.y && y <= view.y2;
                 if (!inside && !around) continue;
                 const std::uint32_t expected =
                     inside ? map.pixel(wrap(std::int64_t{at.x} + x - view.x, map.width()),
                                        wrap(std::int64_t{at.y} + y - view.y, map.height()))
                            : *around;
-                if (on.pixel(x, y) == expected) continue;
-                MESSAGE("pixel (", x, ", ", y, ") is ", on.pixel(x, y), ", not ", expected);
+                const std::uint32_t actual = engine.screen().pixel(x, y);
+                if (actual == expected) continue;
+                MESSAGE("pixel (", x, ", ", y, ") is ", actual, ", not ", expected);
                 return false;
             }
         }
         return true;
     }
-    [[nodiscard]] bool shows(const Rect& view, const host::Bitmap& map, Position at) {
-        return shows(engine.screen(), view, map, at);
-    }
 };
-
-constexpr Rect kWholeScreen{0, kWidth - 1, 0, kHeight - 1};
 
 }  // namespace tests
 
@@ -178,19 +161,5 @@ struct doctest::StringMaker<std::vector<tests::ScriptError>> {
         std::string text;
         for (const tests::ScriptError& e : errors) (text += e.text()) += "; ";
         return text.c_str();
-    }
-};
-template <>
-struct doctest::StringMaker<std::vector<std::string>> {
-    static doctest::String convert(const std::vector<std::string>& lines) {
-        std::string text;
-        for (const std::string& line : lines) (text += line) += "; ";
-        return text.c_str();
-    }
-};
-template <class Value>
-struct doctest::StringMaker<std::optional<Value>> {
-    static doctest::String convert(const std::optional<Value>& value) {
-        return value ? doctest::toString(*value) : doctest::String("nothing");
     }
 };
