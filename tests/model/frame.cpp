@@ -46,7 +46,6 @@ std::int32_t Model::blit(std::int32_t n, std::int32_t entry_z) {
     Scroll& s = at(scrolls, n);
     if (!s.active || look_up_maps(s) != Maps::ready || destination(s) == nullptr) return 0;
     if (!bring_view_up_to_date(n)) return 0;
-    painted = {{destination(s), pixels.at(destination(s))}};
     move_scroll(n);
     draw_planes(s);
     draw_sprites(n, entry_z);
@@ -189,28 +188,25 @@ void Model::move_scroll(int n) {
 }
 
 // One axis: `at` is the camera on the destination, `centred` the movement that centres it.
-static Int axis_movement(Int at, Int centred, const std::int32_t* inner_low, const std::int32_t* inner_high,
-                         const std::int32_t* outer_low, const std::int32_t* outer_high, Int extent,
-                         Int speed) {
-    Int d = centred;
-    if (inner_low != nullptr) {
-        const Int low = std::max<Int>(*inner_low, 0);
-        const Int high = std::min<Int>(*inner_high, extent - 1);
-        d = at < low ? at - low : 0;
-        if (at > high) d = at - high;
+struct Axis {
+    Int at, centred, extent, speed;
+    std::int32_t __RVKRegion__::*low_edge;
+    std::int32_t __RVKRegion__::*high_edge;
+
+    [[nodiscard]] Int movement(const __RVKRegion__* inner, const __RVKRegion__* outer) const {
+        const auto low = [&](const __RVKRegion__* r) { return std::max<Int>(r->*low_edge, 0); };
+        const auto high = [&](const __RVKRegion__* r) { return std::min<Int>(r->*high_edge, extent - 1); };
+        Int d = centred;
+        if (inner != nullptr) {
+            d = at < low(inner) ? at - low(inner) : 0;
+            if (at > high(inner)) d = at - high(inner);
+        }
+        if (outer == nullptr) return d;
+        if (at < low(outer)) return at - low(outer);
+        if (at > high(outer)) return at - high(outer);
+        return speed > 0 ? std::clamp(d, -speed, speed) : d;
     }
-    if (outer_low != nullptr) {
-        const Int low = std::max<Int>(*outer_low, 0);
-        const Int high = std::min<Int>(*outer_high, extent - 1);
-        if (at < low)
-            d = at - low;
-        else if (at > high)
-            d = at - high;
-        else if (speed > 0)
-            d = std::clamp(d, -speed, speed);
-    }
-    return d;
-}
+};
 
 void Model::follow_camera(int n, const ProcessLocals& c) {
     Scroll& s = at(scrolls, n);
@@ -228,17 +224,10 @@ void Model::follow_camera(int n, const ProcessLocals& c) {
     };
     const __RVKRegion__* inner = follow(e[region1]);
     const __RVKRegion__* outer = follow(e[region2]);
-    const auto edge = [](const __RVKRegion__* r, std::int32_t __RVKRegion__::*which) {
-        return r != nullptr ? &(r->*which) : nullptr;
-    };
     using R = __RVKRegion__;
-    const Int dx =
-        axis_movement(s.dest_x + x - old_x, x - (s.width >> 1) - old_x, edge(inner, &R::x),
-                      edge(inner, &R::x2), edge(outer, &R::x), edge(outer, &R::x2), on_width, e[speed]);
-    const Int dy =
-        axis_movement(s.dest_y + y - old_y, y - (s.height >> 1) - old_y, edge(inner, &R::y),
-                      edge(inner, &R::y2), edge(outer, &R::y), edge(outer, &R::y2), on_height, e[speed]);
-    shift(n, 0, dx, dy);
+    const Axis across{s.dest_x + x - old_x, x - (s.width >> 1) - old_x, on_width, e[speed], &R::x, &R::x2};
+    const Axis down{s.dest_y + y - old_y, y - (s.height >> 1) - old_y, on_height, e[speed], &R::y, &R::y2};
+    shift(n, 0, across.movement(inner, outer), down.movement(inner, outer));
     if (s.planes == 2 && e[ratio] != 0)
         shift(n, 1, (s.plane[0].x - old_x) * 100 / e[ratio], (s.plane[0].y - old_y) * 100 / e[ratio]);
 }

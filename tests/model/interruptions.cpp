@@ -26,29 +26,27 @@ std::shared_ptr<void> stop_after_deletion(host::Engine& engine, const std::funct
         });
 }
 
+template <auto Slot>
+std::shared_ptr<void> in_graphics(host::Engine& engine, const std::function<void()>& stop) {
+    return stop_before<Slot>(engine.graphics(), stop);
+}
+template <auto Slot>
+std::shared_ptr<void> in_processes(host::Engine& engine, const std::function<void()>& stop) {
+    return stop_before<Slot>(engine.process_services(), stop);
+}
+
 }  // namespace
 
-std::shared_ptr<void> interrupt(host::Engine& engine, std::size_t slot, const std::function<void()>& stop) {
-    using G = Graphics2DInterface;
-    using P = ProcessServices;
-    switch (slot) {
-        case 0:
-            return stop_after_deletion(engine, stop);
-        case 1:
-            return stop_before<&P::FirstProcessOfType>(engine.process_services(), stop);
-        case 2:
-            return stop_before<&P::ProcessExists>(engine.process_services(), stop);
-        case 3:
-            return stop_before<&G::GetMap>(engine.graphics(), stop);
-        case 4:
-            return stop_before<&G::GetFile>(engine.graphics(), stop);
-        case 5:
-            return stop_before<&G::RegionCount>(engine.graphics(), stop);
-        case 6:
-            return stop_before<&G::NewBlit>(engine.graphics(), stop);
-        default:
-            return stop_before<&G::SelectBlitList>(engine.graphics(), stop);
-    }
-}
+using G = Graphics2DInterface;
+using P = ProcessServices;
+const std::vector<InterruptedSlot> kInterruptedSlots{
+    {"DeleteProcess", stop_after_deletion},
+    {"FirstProcessOfType", in_processes<&P::FirstProcessOfType>},
+    {"ProcessExists", in_processes<&P::ProcessExists>},
+    {"GetMap", in_graphics<&G::GetMap>},
+    {"GetFile", in_graphics<&G::GetFile>},
+    {"RegionCount", in_graphics<&G::RegionCount>},
+    {"NewBlit", in_graphics<&G::NewBlit>},
+    {"SelectBlitList", in_graphics<&G::SelectBlitList>}};
 
 }  // namespace model

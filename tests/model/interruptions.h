@@ -3,16 +3,18 @@
 
 #include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "host/engine.h"
 
 namespace model {
 
-inline constexpr const char* kInterruptedSlots[] = {
-    "DeleteProcess", "FirstProcessOfType", "ProcessExists", "GetMap",
-    "GetFile",       "RegionCount",        "NewBlit",       "SelectBlitList"};
-
-// Has the slot of that number call `stop` as often as the module calls it, as long as the result lives.
-std::shared_ptr<void> interrupt(host::Engine& engine, std::size_t slot, const std::function<void()>& stop);
+struct InterruptedSlot {
+    std::string name;
+    // Has the slot call `stop` as often as the module calls it, as long as the result lives.
+    std::shared_ptr<void> (*interrupt)(host::Engine& engine, const std::function<void()>& stop);
+};
+extern const std::vector<InterruptedSlot> kInterruptedSlots;
 
 }  // namespace model

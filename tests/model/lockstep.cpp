@@ -8,7 +8,6 @@
 #include <sstream>
 #include <utility>
 
-#include "tests/model/interruptions.h"
 #include "tests/model/numbers.h"
 #include "tests/model/records.h"
 #include "tests/model/routines.h"
@@ -49,16 +48,18 @@ std::string hex(Pixel pixel) {
 constexpr const char* kElementWords =
     "camera ratio file graph1 graph2 region1 region2 speed x0 y0 x1 y1 z alpha visible";
 constexpr const char* kEntryWords =
-    "id owner drawn x x2 y y2 7 8 9 10 graph_table pos_x pos_y z 15 region resolution 18 19 word20 angle "
-    "size "
-    "size_x size_y word25 word26 flags word28 word29 word30 word31 32 33 34 35 has_clip clip_x clip_x2 "
-    "clip_y "
-    "clip_y2 41 bitmap target draw";
+    "id owner drawn x x2 y y2 7 8 9 10 graph_table pos_x pos_y z 15 region resolution 18 19 word20 "
+    "angle size size_x size_y word25 word26 flags word28 word29 word30 word31 32 33 34 35 has_clip "
+    "clip_x clip_x2 clip_y clip_y2 41 bitmap target draw";
 constexpr const char* kProcessWords =
-    "0 1 2 3 status 5 6 7 8 scroll_mark 10 11 12 13 14 15 16 17 18 19 20 21 22 23 24 25 scroll_mask file "
-    "graph "
-    "graph_table x y z word33 region resolution 36 37 word38 angle size size_x size_y word43 word44 flags "
-    "word46 word47 word48 word49";
+    "0 1 2 3 status 5 6 7 8 scroll_mark 10 11 12 13 14 15 16 17 18 19 20 21 22 23 24 25 scroll_mask "
+    "file graph graph_table x y z word33 region resolution 36 37 word38 angle size size_x size_y "
+    "word43 word44 flags word46 word47 word48 word49";
+
+constexpr const char* kAnswers =
+    "GetScrollRegion x x2 y y2 GetScrollPoint x y GetScrollPos x0 y0 x1 y1 GetScrollPos,1 x0 y0 "
+    "GetScrollPos,2 x1 y1 GetProcessInScroll GetProcessOutScroll GetScrollRegion,null "
+    "GetScrollPoint,null GetScrollPos,null";
 
 std::string name_of(const char* names, std::size_t word) {
     std::istringstream in(names);
@@ -154,10 +155,10 @@ void Lockstep::fail_allocations(int nth, bool for_good) {
     failing_for_good_ = for_good;
 }
 
-void Lockstep::interrupt(std::size_t slot, std::uint32_t seed) {
-    note(std::string("the host stops scrolls in ") + kInterruptedSlots[slot]);
+void Lockstep::interrupt(const InterruptedSlot& slot, std::uint32_t seed) {
+    note("the host stops scrolls in " + slot.name);
     chance_.seed(seed);
-    interruption_ = model::interrupt(engine, slot, [this] { stop_by_chance(); });
+    interruption_ = slot.interrupt(engine, [this] { stop_by_chance(); });
 }
 
 void Lockstep::stop_by_chance() {
@@ -319,49 +320,41 @@ void Lockstep::draw_unscheduled(std::int32_t scroll, std::int32_t z) {
     main.clear();
 }
 
-void Lockstep::ask_services(std::int32_t scroll, std::int32_t mask, __RVKRegion__ world) {
+void Lockstep::ask_services(std::int32_t n, std::int32_t mask, __RVKRegion__ world) {
     if (interruption_ != nullptr) return;
-    using Answer = Model::Answer;
     const ScrollSystemInterface& s = *engine.services();
-    const std::string of = " of scroll " + text(scroll) + " with mask " + text(mask);
-    constexpr std::int32_t kUnwritten = 0x5EED;
-
-    __RVKRegion__ region{kUnwritten, kUnwritten, kUnwritten, kUnwritten};
-    const std::int32_t has_region =
-        s.GetScrollRegion(scroll, mask, world.x, world.y, world.x2, world.y2, &region);
-    const Answer r = model.scroll_region(scroll, mask, world.x, world.y, world.x2, world.y2);
-    same<std::int32_t>(r.empty() ? 0 : 1, has_region, "result of GetScrollRegion" + of);
-    same(r.empty() ? Answer(4, kUnwritten) : r, Answer{region.x, region.x2, region.y, region.y2},
-         "GetScrollRegion" + of);
-
-    __RVKPoint2D__ point{kUnwritten, kUnwritten};
-    const std::int32_t has_point = s.GetScrollPoint(scroll, mask, &point);
-    const Answer p = model.scroll_point(scroll, mask);
-    same<std::int32_t>(p.empty() ? 0 : 1, has_point, "result of GetScrollPoint" + of);
-    same(p.empty() ? Answer(2, kUnwritten) : p, Answer{point.x, point.y}, "GetScrollPoint" + of);
-
-    __RVKPoint2D__ first{kUnwritten, kUnwritten};
-    __RVKPoint2D__ second{kUnwritten, kUnwritten};
-    const std::int32_t has_pos = s.GetScrollPos(scroll, mask, &first, &second);
-    const Answer pos = model.scroll_pos(scroll, mask);
-    same<std::int32_t>(pos.empty() ? 0 : 1, has_pos, "result of GetScrollPos" + of);
-    same(pos.empty() ? Answer(4, kUnwritten) : pos, Answer{first.x, first.y, second.x, second.y},
-         "GetScrollPos" + of);
-
-    __RVKPoint2D__ alone{kUnwritten, kUnwritten};
-    same(has_pos, s.GetScrollPos(scroll, mask, nullptr, &alone), "GetScrollPos of plane 2 alone" + of);
-    same(Answer{second.x, second.y}, Answer{alone.x, alone.y}, "GetScrollPos of plane 2 alone" + of);
-    same(has_pos, s.GetScrollPos(scroll, mask, &alone, nullptr), "GetScrollPos of plane 1 alone" + of);
-    same(Answer{first.x, first.y}, Answer{alone.x, alone.y}, "GetScrollPos of plane 1 alone" + of);
-
-    same<std::int32_t>(model.process_in_scroll(scroll, mask), s.GetProcessInScroll(scroll, mask),
-                       "GetProcessInScroll" + of);
-    same<std::int32_t>(Model::process_out_of_scroll(scroll, mask), s.GetProcessOutScroll(scroll, mask),
-                       "GetProcessOutScroll" + of);
-    for (const std::int32_t none :
-         {s.GetScrollRegion(scroll, mask, 0, 0, 1, 1, nullptr), s.GetScrollPoint(scroll, mask, nullptr),
-          s.GetScrollPos(scroll, mask, nullptr, nullptr)})
-        same(0, none, "a service without outputs" + of);
+    constexpr std::int32_t kNone = Model::kUnwritten;
+    __RVKRegion__ region{kNone, kNone, kNone, kNone};
+    __RVKPoint2D__ point{kNone, kNone}, both[2]{point, point}, one = point, two = point;
+    // The result of each, then what it wrote.
+    const Model::Answers actual{s.GetScrollRegion(n, mask, world.x, world.y, world.x2, world.y2, &region),
+                                region.x,
+                                region.x2,
+                                region.y,
+                                region.y2,
+                                s.GetScrollPoint(n, mask, &point),
+                                point.x,
+                                point.y,
+                                s.GetScrollPos(n, mask, &both[0], &both[1]),
+                                both[0].x,
+                                both[0].y,
+                                both[1].x,
+                                both[1].y,
+                                s.GetScrollPos(n, mask, &one, nullptr),
+                                one.x,
+                                one.y,
+                                s.GetScrollPos(n, mask, nullptr, &two),
+                                two.x,
+                                two.y,
+                                s.GetProcessInScroll(n, mask),
+                                s.GetProcessOutScroll(n, mask),
+                                s.GetScrollRegion(n, mask, 0, 0, 1, 1, nullptr),
+                                s.GetScrollPoint(n, mask, nullptr),
+                                s.GetScrollPos(n, mask, nullptr, nullptr)};
+    const Model::Answers expected = model.answers(n, mask, world);
+    if (actual != expected)
+        differ("services, scroll " + text(n) + " with mask " + text(mask) +
+               differences(kAnswers, expected, actual));
 }
 
 // ---- Comparing
@@ -481,34 +474,7 @@ void Lockstep::check_bitmap(const std::string& name, host::Bitmap& bitmap) {
     write_pictures(bitmap, expected);
     differ(name + ": pixel (" + text(x) + ", " + text(y) + "): expected " +
            hex(model.pixel(&bitmap.record(), index)) + ", got " + hex(bitmap.pixel(x, y)) +
-           operands(&bitmap.record(), x, y) +
            "\n    see mismatch_expected.png, mismatch_actual.png, mismatch_difference.png");
-}
-
-// What went into a pixel of a destination, of every scroll whose view covers it.
-std::string Lockstep::operands(const MapRecord* on, std::int32_t x, std::int32_t y) const {
-    std::string all;
-    if (const auto before = model.painted.find(on); before != model.painted.end()) {
-        Pixel d = 0;
-        const auto bytes = static_cast<std::size_t>(model.bytes());
-        std::memcpy(&d, before->second.data() + static_cast<std::size_t>(y * on->width + x) * bytes, bytes);
-        all += ", D " + hex(d);
-    }
-    for (std::size_t n = 0; n < 10; ++n) {
-        const Scroll& s = model.scrolls[n];
-        const Int c = x - s.dest_x;
-        const Int r = y - s.dest_y;
-        if (!s.active || c < 0 || r < 0 || c >= s.width || r >= s.height) continue;
-        all += "\n    scroll " + std::to_string(n) + " mode " + text(s.mode) + " alpha " + text(s.alpha);
-        for (int i = 0; i < s.planes; ++i) {
-            const Plane& p = s.plane[static_cast<std::size_t>(i)];
-            const auto at = static_cast<std::size_t>(r * s.width + c);
-            if (at < p.picture.size())
-                all += std::string(" plane ") + text(i + 1) + (p.alpha_flag ? " with alpha " : " ") +
-                       hex(p.picture[at]);
-        }
-    }
-    return all;
 }
 
 void Lockstep::write_pictures(const host::Bitmap& actual, const std::vector<std::byte>& expected) {

@@ -16,6 +16,7 @@
 
 #include "host/engine.h"
 #include "tests/model/inside.h"
+#include "tests/model/interruptions.h"
 #include "tests/model/model.h"
 #include "tests/module/allocation.h"
 
@@ -54,7 +55,7 @@ class Lockstep {
     void begin_anew();  // the init hook once more
     void stop_service(std::int32_t scroll);
     void stop_all_service();
-    void ask_services(std::int32_t scroll, std::int32_t mask, __RVKRegion__ world);
+    void ask_services(std::int32_t n, std::int32_t mask, __RVKRegion__ world);
 
     // ---- What scripts and hosts do between. Bitmaps that a test has changed must be looked at anew.
     void write(int scroll, Field field, std::int32_t value);
@@ -63,11 +64,11 @@ class Lockstep {
     // In each later step the n-th allocation fails, counted from 1, and the ones after it with `for_good`. 0:
     // none.
     void fail_allocations(int nth, bool for_good);
-    // From now on the host stops scrolls by chance from within a slot of kInterruptedSlots. The model knows
+    // From now on the host stops scrolls by chance from within a slot. The model knows
     // nothing of that: what is held from here on is that each record is sound by itself, that a call for one
     // scroll leaves all others as they were, or stopped, and that nothing is leaked. Of a module that shows
     // its records alone.
-    void interrupt(std::size_t slot, std::uint32_t seed);
+    void interrupt(const InterruptedSlot& slot, std::uint32_t seed);
     // Unloads the module and looks for what it left behind. The end of a game.
     void finish();
     void note(std::string what);
@@ -90,7 +91,6 @@ class Lockstep {
     void check_processes();
     void check_sprite_passes();
     void draw_entry(__RVKBlit2D__& entry);
-    [[nodiscard]] std::string operands(const MapRecord* on, std::int32_t x, std::int32_t y) const;
     static void write_pictures(const host::Bitmap& actual, const std::vector<std::byte>& expected);
     [[noreturn]] void differ(const std::string& what) const;
     template <class Value>

@@ -112,28 +112,42 @@ int Model::buffers() const {
 
 // ---- Services
 
-Model::Answer Model::scroll_region(std::int32_t n, std::int32_t mask, Int x, Int y, Int w, Int h) const {
-    if (!process_in_scroll(n, mask)) return {};
+Model::Answers Model::answers(std::int32_t n, std::int32_t mask, const __RVKRegion__& w) const {
+    constexpr std::int32_t none = kUnwritten;
+    const std::int32_t out = in_range(n) && !shown(mask, n) ? 1 : 0;
+    if (!in_range(n) || !at(scrolls, n).active || !shown(mask, n))
+        return {0,    none, none, none, none, 0,    none, none, 0,   none, none, none,
+                none, 0,    none, none, 0,    none, none, 0,    out, 0,    0,    0};
     const Scroll& s = at(scrolls, n);
-    const Int left = x + s.dest_x - s.plane[0].x;
-    const Int top = y + s.dest_y - s.plane[0].y;
-    return {wrap(left), wrap(left + w - 1), wrap(top), wrap(top + h - 1)};
-}
-Model::Answer Model::scroll_point(std::int32_t n, std::int32_t mask) const {
-    if (!process_in_scroll(n, mask)) return {};
-    const Scroll& s = at(scrolls, n);
-    return {wrap(s.dest_x - s.plane[0].x), wrap(s.dest_y - s.plane[0].y)};
-}
-Model::Answer Model::scroll_pos(std::int32_t n, std::int32_t mask) const {
-    if (!process_in_scroll(n, mask)) return {};
-    const Scroll& s = at(scrolls, n);
-    return {wrap(s.plane[0].x), wrap(s.plane[0].y), wrap(s.plane[1].x), wrap(s.plane[1].y)};
-}
-bool Model::process_in_scroll(std::int32_t n, std::int32_t mask) const {
-    return in_range(n) && at(scrolls, n).active && shown(mask, n);
-}
-bool Model::process_out_of_scroll(std::int32_t n, std::int32_t mask) {
-    return in_range(n) && !shown(mask, n);
+    const Plane& a = s.plane[0];
+    const Plane& b = s.plane[1];
+    const Int x = s.dest_x - a.x;
+    const Int y = s.dest_y - a.y;
+    const std::int32_t ax = wrap(a.x), ay = wrap(a.y), bx = wrap(b.x), by = wrap(b.y);
+    return {1,
+            wrap(w.x + x),
+            wrap(w.x + x + w.x2 - 1),
+            wrap(w.y + y),
+            wrap(w.y + y + w.y2 - 1),
+            1,
+            wrap(x),
+            wrap(y),
+            1,
+            ax,
+            ay,
+            bx,
+            by,
+            1,
+            ax,
+            ay,
+            1,
+            bx,
+            by,
+            1,
+            out,
+            0,
+            0,
+            0};
 }
 
 }  // namespace model

@@ -93,9 +93,8 @@ class Model {
     std::vector<std::pair<std::int32_t, Locals>> processes;  // of scroll coordinates, in list order
     std::vector<host::ScriptError> errors;                   // since cleared
     std::vector<std::vector<Entry>> sprite_passes;           // since cleared; word 44 is 0 in a layer entry
-    std::map<const MapRecord*, std::vector<std::byte>> pixels;   // of the screen and of every map
-    std::map<const MapRecord*, std::vector<std::byte>> painted;  // `pixels` as they were before the last draw
-    int allocations = 0;                                         // asked for since the last fail()
+    std::map<const MapRecord*, std::vector<std::byte>> pixels;  // of the screen and of every map
+    int allocations = 0;                                        // asked for since the last fail()
 
     // From now on the n-th allocation fails, counted from 1; with `for_good` all after it too. 0: none.
     void fail(int nth, bool for_good);
@@ -123,13 +122,10 @@ class Model {
     std::vector<Entry> schedule();  // the entries of a frame, in order of creation
     std::int32_t blit(std::int32_t number, std::int32_t entry_z);
 
-    // Empty: the service answers 0 and writes nothing.
-    using Answer = std::vector<std::int32_t>;
-    [[nodiscard]] Answer scroll_region(std::int32_t n, std::int32_t mask, Int x, Int y, Int w, Int h) const;
-    [[nodiscard]] Answer scroll_point(std::int32_t n, std::int32_t mask) const;
-    [[nodiscard]] Answer scroll_pos(std::int32_t n, std::int32_t mask) const;  // of both planes
-    [[nodiscard]] bool process_in_scroll(std::int32_t n, std::int32_t mask) const;
-    [[nodiscard]] static bool process_out_of_scroll(std::int32_t n, std::int32_t mask);
+    // Results and outputs of all services, in the order of Lockstep::ask_services; w is x, y, width, height.
+    using Answers = std::array<std::int32_t, 24>;
+    static constexpr std::int32_t kUnwritten = 0x5EED;
+    [[nodiscard]] Answers answers(std::int32_t n, std::int32_t mask, const __RVKRegion__& w) const;
 
     [[nodiscard]] Int bytes() const;  // per pixel
     [[nodiscard]] Pixel pixel(const MapRecord* bitmap, Int index) const;

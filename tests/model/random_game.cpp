@@ -51,18 +51,12 @@ class Bytes {
             INT32_MIN, INT32_MIN + 1, INT32_MAX, INT32_MAX - 1, 1 << 30, -(1 << 30), -1,  -2,  0,   1,
             2,         65535,         65536,     65537,         -65536,  1000,       999, 255, 256, 300,
             -5,        100000,        359999,    360000,        -1000};
-        switch (below(8)) {
-            case 0:
-                return of(kEdges);
-            case 1:
-                return word();
-            case 2:
-                return byte() * 8 - 1000;
-            case 3:
-                return below(5) - 1;
-            default:
-                return below(160) - 40;
-        }
+        const std::int32_t kind = below(8);
+        if (kind == 0) return of(kEdges);
+        if (kind == 1) return word();
+        if (kind == 2) return byte() * 8 - 1000;
+        if (kind == 3) return below(5) - 1;
+        return below(160) - 40;
     }
 
   private:
@@ -83,7 +77,7 @@ class Game {
   public:
     Game(Bytes& bytes, const std::filesystem::path& module, const Variant& variant)
         : in(bytes), run(options(bytes), module, variant.widest) {
-        if (variant.interrupted_slot) run.interrupt(*variant.interrupted_slot, variant.seed);
+        if (variant.interrupted != nullptr) run.interrupt(*variant.interrupted, variant.seed);
         for (std::int32_t graph = 1; graph <= 4; ++graph) make_map(1, graph);
         for (std::int32_t region = 1; region < kRegions; ++region) define_region(region);
         redraw_screen();
@@ -301,31 +295,15 @@ class Game {
         host::Map* m = map();
         if (m == nullptr) return;
         MapRecord& record = m->record();
-        switch (in.below(8)) {
-            case 0:
-                record.alpha_flag = static_cast<std::uint8_t>(in.byte());
-                break;
-            case 1:
-                m->entry().bitmap = m->entry().bitmap == nullptr ? &record : nullptr;
-                break;
-            case 2:
-                m->entry().word0 = in.below(2);
-                break;
-            case 3:
-                record.width = record.width == m->width() ? in.below(m->width()) : m->width();
-                break;
-            case 4:
-                record.height = record.height == m->height() ? in.below(m->height()) : m->height();
-                break;
-            case 5:
-                record.pixels = record.pixels == nullptr ? m->bytes().data() : nullptr;
-                break;
-            case 6:
-                record.cpoint_count = 0;
-                break;
-            default:
-                m->set_alpha_flag(in.one_in(2));
-        }
+        const std::int32_t kind = in.below(8);
+        if (kind == 0) record.alpha_flag = static_cast<std::uint8_t>(in.byte());
+        if (kind == 1) m->entry().bitmap = m->entry().bitmap == nullptr ? &record : nullptr;
+        if (kind == 2) m->entry().word0 = in.below(2);
+        if (kind == 3) record.width = record.width == m->width() ? in.below(m->width()) : m->width();
+        if (kind == 4) record.height = record.height == m->height() ? in.below(m->height()) : m->height();
+        if (kind == 5) record.pixels = record.pixels == nullptr ? m->bytes().data() : nullptr;
+        if (kind == 6) record.cpoint_count = 0;
+        if (kind == 7) m->set_alpha_flag(in.one_in(2));
         run.note("  is changed: " + std::to_string(record.width) + " x " + std::to_string(record.height) +
                  (record.pixels == nullptr ? " without pixels" : "") +
                  (m->entry().bitmap == nullptr ? " hidden" : ""));
@@ -408,34 +386,28 @@ class Game {
         run.bitmaps_changed();
     }
     void odd_host() {
-        switch (in.below(8)) {
-            case 0:
-                run.engine.move_globals();
-                break;
-            case 1:
-                run.engine.set_suspended(in.one_in(2));
-                break;
-            case 2:
-                change_counts();
-                break;
-            case 3: {
-                const std::int32_t n = perhaps_wild(scroll());
-                run.draw_unscheduled(n, in.number());
-                break;
-            }
-            case 4:
-                if (FileRecord* f = run.engine.files().find_file(file_number())) f->word1 = in.below(2);
-                break;
-            case 5:
-                run.begin_anew();
-                break;
-            default:
-                if (ProcessLocals* p = process()) {
-                    p->word49 = kStopsScroll;
-                    p->word48 = in.below(2);
-                    p->scroll_mask = 0;
-                }
-        }
+        const std::int32_t kind = in.below(8);
+        if (kind == 0) run.engine.move_globals();
+        if (kind == 1) run.engine.set_suspended(in.one_in(2));
+        if (kind == 2) change_counts();
+        if (kind == 3) draw_unscheduled();
+        if (kind == 4) change_file();
+        if (kind == 5) run.begin_anew();
+        if (kind >= 6) have_sprite_stop();
+    }
+    void draw_unscheduled() {
+        const std::int32_t n = perhaps_wild(scroll());
+        run.draw_unscheduled(n, in.number());
+    }
+    void change_file() {
+        if (FileRecord* f = run.engine.files().find_file(file_number())) f->word1 = in.below(2);
+    }
+    void have_sprite_stop() {
+        ProcessLocals* p = process();
+        if (p == nullptr) return;
+        p->word49 = kStopsScroll;
+        p->word48 = in.below(2);
+        p->scroll_mask = 0;
     }
 
     // NOLINTBEGIN(readability-identifier-naming): every line above reads with them as words

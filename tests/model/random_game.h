@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <optional>
 #include <span>
 
 #include "tests/model/lockstep.h"
@@ -14,8 +13,8 @@ namespace model {
 // What only a module that shows its records can be asked for.
 struct Variant {
     scroll2d::VectorUnit widest = scroll2d::VectorUnit::avx2;
-    std::optional<std::size_t> interrupted_slot = {};  // Lockstep::interrupt
-    std::uint32_t seed = 0;                            // of the interruptions
+    const InterruptedSlot* interrupted = nullptr;  // Lockstep::interrupt
+    std::uint32_t seed = 0;                        // of the interruptions
 };
 
 // Plays until the bytes are used up. Any bytes make a game, and the same bytes the same game. Throws

@@ -11,7 +11,6 @@
 
 #include "tests/crash.h"
 #include "tests/effort.h"
-#include "tests/model/interruptions.h"
 #include "tests/model/random_game.h"
 
 namespace {
@@ -53,14 +52,13 @@ TEST_CASE("the module plays as the model does") {
 
 TEST_CASE("scrolls that the host stops from within a slot cost nobody else anything") {
     const int games = tests::rounds(200);
-    for (std::size_t slot = 0; slot < std::size(model::kInterruptedSlots); ++slot)
+    for (const model::InterruptedSlot& slot : model::kInterruptedSlots)
         for (std::uint32_t seed = 1; seed <= static_cast<std::uint32_t>(games); ++seed) {
-            CAPTURE(std::string(model::kInterruptedSlots[slot]));
-            CAPTURE(seed);
-            tests::note_for_crash(std::string("game ") + std::to_string(seed) + " with stops from " +
-                                  model::kInterruptedSlots[slot]);
+            const std::string game = "game " + std::to_string(seed) + " with stops from " + slot.name;
+            CAPTURE(game);
+            tests::note_for_crash(game);
             REQUIRE_NOTHROW(model::play_game(game_of(seed, 1000), SCROLL2D_OPENED_MODULE,
-                                             {.interrupted_slot = slot, .seed = seed}));
+                                             {.interrupted = &slot, .seed = seed}));
         }
 }
 
