@@ -213,6 +213,8 @@ TEST_CASE("A frame shows the backdrop, then by falling z the module's entries an
         return p;
     };
     ProcessLocals& before = place(2, 2, 99);
+    before.status = 4;
+    place(2, 5, 0).word33 = 0;
     place(3, 3, 101);
     place(3, 4, 100).resolution = 4;  // lands on pixel 1, after the entry of equal z
     const auto* row = static_cast<const std::uint16_t*>(engine.screen().record().pixels);
