@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <stdexcept>
 
 #include "player/common/new_file.h"
@@ -10,6 +11,19 @@
 
 namespace player {
 namespace {
+
+namespace fs = std::filesystem;
+
+// libpng says of a folder, an empty and a truncated file alike that it cannot read.
+std::string why_unreadable(const std::string& path, const std::string& message) {
+    std::error_code error;
+    if (fs::is_directory(path, error)) return "it is a folder";
+    if (fs::is_regular_file(path, error)) {
+        if (fs::file_size(path, error) == 0 && !error) return "the file is empty";
+        if (message == "Read Error") return "the file is cut short";
+    }
+    return message;
+}
 
 // libpng's one-call interface; frees what it holds when it goes.
 struct Image {
@@ -21,6 +35,9 @@ struct Image {
 
     [[noreturn]] void fail(const std::string& path) const {
         throw std::runtime_error(path + ": " + image.message);
+    }
+    [[noreturn]] void fail_to_read(const std::string& path) const {
+        throw std::runtime_error(path + ": " + why_unreadable(path, image.message));
     }
 };
 
@@ -53,7 +70,7 @@ void read_indexed(Image& png, const std::string& path, Picture& picture) {
     picture.indices.resize(picture.pixels.size());
     std::array<std::uint8_t, 4 * 256> colours{};
     if (!png_image_finish_read(&png.image, nullptr, picture.indices.data(), 0, colours.data()))
-        png.fail(path);
+        png.fail_to_read(path);
     for (std::size_t i = 0; i < picture.palette.size(); ++i) {
         const std::uint8_t* c = &colours[4 * i];
         const bool present = i < png.image.colormap_entries;
@@ -67,7 +84,7 @@ void read_indexed(Image& png, const std::string& path, Picture& picture) {
 
 Picture read_png(const std::string& path) {
     Image png;
-    if (!png_image_begin_read_from_file(&png.image, path.c_str())) png.fail(path);
+    if (!png_image_begin_read_from_file(&png.image, path.c_str())) png.fail_to_read(path);
     constexpr png_uint_32 limit = 1 << 15;
     if (png.image.width > limit || png.image.height > limit)
         throw std::runtime_error(path + ": wider or higher than 32768 pixels");
@@ -78,7 +95,8 @@ Picture read_png(const std::string& path) {
         read_indexed(png, path, picture);
     } else {
         png.image.format = PNG_FORMAT_RGBA;
-        if (!png_image_finish_read(&png.image, nullptr, picture.pixels.data(), 0, nullptr)) png.fail(path);
+        if (!png_image_finish_read(&png.image, nullptr, picture.pixels.data(), 0, nullptr))
+            png.fail_to_read(path);
     }
     picture.has_alpha = alpha;
     return picture;
