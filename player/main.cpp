@@ -4,12 +4,12 @@
 
 #include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <new>
 
 #include "player/common/options.h"
+#include "player/common/stop.h"
 #include "player/inspector/inspector.h"
 #include "player/output/output.h"
 #include "player/script/session.h"
@@ -35,22 +35,6 @@ class Progress {
     std::chrono::steady_clock::time_point next_ = std::chrono::steady_clock::now() + std::chrono::seconds(2);
 };
 
-// The signal by which somebody asked for the end, 0: nobody has. The first one lets the frame and the films
-// be finished, a second one ends the program at once.
-volatile std::sig_atomic_t stopped_by = 0;
-
-void heed_stops() {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        struct sigaction action {};
-        sigaction(signal, nullptr, &action);
-        if (action.sa_handler == SIG_IGN) continue;
-        action = {};
-        action.sa_handler = [](int which) { stopped_by = which; };
-        action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
-        sigaction(signal, &action, nullptr);
-    }
-}
-
 void play_frames(Session& session, const Options& options, const Outputs& outputs) {
     const int frames = options.frames.value_or(frames_without_window);
     Progress progress(frames);
@@ -58,7 +42,7 @@ void play_frames(Session& session, const Options& options, const Outputs& output
     if (options.inspect) inspected.emplace(session.game.engine, options.scale == 1 ? 0 : options.scale);
     for (bool last = false; !last;) {
         session.play_frame();
-        last = session.over(frames) || stopped_by != 0;
+        last = session.over(frames) || stop_signal() != 0;
         const int frame = session.game.frames_drawn;
         const auto wanted = [&](const auto& output) { return output->wants(frame, last); };
         if (inspected || std::any_of(outputs.begin(), outputs.end(), wanted)) {
@@ -72,14 +56,18 @@ void play_frames(Session& session, const Options& options, const Outputs& output
 }
 
 int play(const Options& options) {
-    heed_stops();
     Session session(options);
     const Outputs outputs = make_outputs(options);
     return deliver(outputs, [&] {
-        play_frames(session, options, outputs);
-        if (stopped_by == 0) return session.game.exit_status;
+        try {
+            play_frames(session, options, outputs);
+        } catch (const std::exception& error) {
+            if (stop_signal() == 0) throw;
+            std::fprintf(stderr, "%s\n", error.what());  // where the script was
+        }
+        if (stop_signal() == 0) return session.game.exit_status;
         std::fprintf(stderr, "stopped at frame %d\n", session.game.frames_drawn);
-        return 128 + stopped_by;  // as a shell tells it
+        return 128 + stop_signal();  // as a shell tells it
     });
 }
 
@@ -103,6 +91,7 @@ int run(int argc, char** argv) {
     int exit_status = 0;
     auto options = parse_options(argc, argv, exit_status);
     if (!options) return exit_status;
+    heed_stops();
     try {
         if (options->window)
             if (const auto window = open_window(*options)) return play_in(*window, *options);

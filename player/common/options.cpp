@@ -105,6 +105,10 @@ std::optional<Options> parse_options(int argc, char** argv, int& exit_status) {
         ->capture_default_str()
         ->check(CLI::Range(1, 16));
     app.add_option("--seed", options.seed, "Seed of math.random")->capture_default_str();
+    app.add_option("--turn-limit", options.turn_limit,
+                   "Seconds of the processor that the script may take without frame()")
+        ->capture_default_str()
+        ->check(CLI::Range(0.1, 1e6));
     app.add_option("--module", options.module, "Module to load [RVK_mod_scroll2D.so beside this program]")
         ->check(CLI::ExistingFile);
     // For the script that starts the player; its user has nothing to choose here.

@@ -19,10 +19,11 @@ struct Options {
     int width = 640;            // first video mode, pixels
     int height = 480;
     int bits_per_pixel = 32;
-    int scale = 1;         // shots and films are enlarged so many times
-    unsigned seed = 1;     // of math.random
-    bool window = false;   // play in a window
-    bool inspect = false;  // with the inspector
+    int scale = 1;          // shots and films are enlarged so many times
+    unsigned seed = 1;      // of math.random
+    double turn_limit = 3;  // seconds of the processor that a turn of the script may take
+    bool window = false;    // play in a window
+    bool inspect = false;   // with the inspector
     std::string out;  // folder for shots and sheet that no place was named for, without a window; empty: none
 };
 

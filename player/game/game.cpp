@@ -1,10 +1,10 @@
 #include "player/game/game.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <stdexcept>
+#include <utility>
 
-#include "player/game/missing_maps.h"
+#include "player/game/scrolls.h"
 #include "player/game/text.h"
 
 namespace player {
@@ -33,7 +33,9 @@ std::string size_text(int w, int h) {
 }  // namespace
 
 Game::Game(const Options& options)
-    : engine(engine_options(options)), folder_(std::filesystem::path(options.script).parent_path()) {
+    : engine(engine_options(options)),
+      mistakes(engine),
+      folder_(std::filesystem::path(options.script).parent_path()) {
     if (!std::filesystem::exists(options.module))
         throw std::runtime_error("there is no module at " + options.module);
     engine.load(options.module);
@@ -45,9 +47,26 @@ void Game::draw_frame() {
     ++frames_drawn;
     draw_texts();
     report_module();
-    warn_of_missing_maps();
-    for (const std::string& path : shots_) write_png(path, Picture(engine.screenshot()));
-    shots_.clear();
+    mistakes.look();
+    write_shots();
+}
+
+void Game::request_shot(const std::string& path, const std::string& place) {
+    const std::string full = path_of(path);
+    const auto folder = std::filesystem::path(full).parent_path();
+    if (!folder.empty() && !std::filesystem::is_directory(folder))
+        throw std::runtime_error("there is no folder " + folder.string());
+    shots_.push_back({full, place});
+}
+
+void Game::write_shots() {
+    for (const Shot& shot : std::exchange(shots_, {})) {
+        try {
+            write_png(shot.path, Picture(engine.screenshot()));
+        } catch (const std::exception& error) {
+            throw std::runtime_error(shot.place + "shot: " + error.what());
+        }
+    }
 }
 
 // A frame has no line of the script to blame, but it must not fail unseen.
@@ -65,39 +84,9 @@ std::string Game::path_of(const std::string& path) const {
     return (folder_ / path).string();
 }
 
-void Game::warn_of_missing_maps() {
-    for (const std::int32_t type : {host::screen_coordinates, host::scroll_coordinates})
-        for (const auto& [picture, count] : missing_maps(engine, type)) {
-            if (!warned_.insert(picture).second) continue;
-            const auto place = places_.find(picture);
-            std::fprintf(stderr, "warning: %s%s; a process that shows it is not drawn\n",
-                         place == places_.end() ? "" : place->second.c_str(),
-                         without_map(picture.first, picture.second).c_str());
-        }
-}
-
-// "file 1 has no graph 13 (there are: 10 to 12, 20)"
-std::string Game::without_map(int file, int graph) {
-    const auto text = [](int number) { return std::to_string(number); };
-    if (file < 0 || file >= number_of_files)
-        return "there is no file " + text(file) + ": files are numbered 0 to " + text(number_of_files - 1);
-    const std::string what = "file " + text(file) + " has no graph " + text(graph);
-    if (graph < 1 || graph >= host::graph_limit)
-        return what + ": graphs are numbered 1 to " + text(host::graph_limit - 1);
-    const std::vector<std::int32_t> graphs = engine.files().graphs(file);
-    std::string there;
-    for (auto run = graphs.begin(); run != graphs.end();) {
-        auto last = run;
-        while (last + 1 != graphs.end() && *(last + 1) == *last + 1) ++last;
-        there += (there.empty() ? "" : ", ") + text(*run) + (last == run ? "" : " to " + text(*last));
-        run = last + 1;
-    }
-    return what + (there.empty() ? " (the file is empty)" : " (there are: " + there + ")");
-}
-
 host::Map& Game::map_at(int file, int graph) {
     if (host::Map* map = engine.files().find_map(file, graph)) return *map;
-    throw std::runtime_error(without_map(file, graph));
+    throw std::runtime_error(without_map(engine, file, graph));
 }
 
 Picture Game::read_picture(const std::string& path) {
@@ -116,36 +105,38 @@ host::Map& Game::load_map(int file, int graph, const std::string& path, std::opt
                                      std::to_string(x) + ", " + std::to_string(y) + ")");
         picture = cut_out(picture, x, y, w, h);
     }
-    host::Files& files = engine.files();
-    if (picture.indexed()) {
-        if (bits_per_pixel() == 8) {
-            const auto indices = indices_in_palette(picture);
-            return files.create_map(file, graph, picture.width, picture.height,
-                                    std::as_bytes(std::span(indices)));
-        }
+    if (bits_per_pixel() == 8) return load_matched(file, graph, std::move(picture));
+    if (picture.indexed())
         for (std::size_t i = 0; i < picture.pixels.size(); ++i)
             if (picture.indices[i] == 0) picture.pixels[i] = {0, 0, 0, 0};
-    }
-    return files.create_map(file, graph, picture, engine.palette(), picture.has_alpha);
+    return engine.files().create_map(file, graph, picture, engine.palette(), picture.has_alpha);
 }
 
-// The picture's own indices where its palette is the engine's, else those of the nearest colours.
-std::vector<std::uint8_t> Game::indices_in_palette(const Picture& picture) {
-    if (!palette_chosen_) set_palette({picture.palette.begin(), picture.palette.end()});
-    std::array<std::uint8_t, 256> translation{};
-    for (std::size_t i = 1; i < translation.size(); ++i) {
-        Rgba wanted = picture.palette[i];
-        const bool transparent = wanted.a < 128;
-        wanted.a = 255;
-        const auto same = static_cast<std::uint8_t>(i);
-        const Rgba own = engine.palette()[same];
-        const bool equal = own.r == wanted.r && own.g == wanted.g && own.b == wanted.b;
-        translation[i] = transparent ? 0 : equal ? same : engine.palette().nearest(wanted);
-    }
-    std::vector<std::uint8_t> result(picture.indices.size());
-    std::transform(picture.indices.begin(), picture.indices.end(), result.begin(),
-                   [&](std::uint8_t index) { return translation[index]; });
-    return result;
+// At 8 bits. An indexed picture whose palette is the engine's has nothing to be matched: it changes its
+// colours with the palette.
+host::Map& Game::load_matched(int file, int graph, Picture picture) {
+    if (picture.indexed() && !palette_chosen_) set_palette({picture.palette.begin(), picture.palette.end()});
+    const auto indices = match(picture, engine.palette());
+    host::Map& map = engine.files().create_map(file, graph, picture.width, picture.height,
+                                               std::as_bytes(std::span(indices)));
+    matched_.forget(file, graph);
+    const bool own =
+        std::equal(indices.begin(), indices.end(), picture.indices.begin(), picture.indices.end(),
+                   [](auto is, auto was) { return is == 0 || is == was; });
+    if (!own) matched_.keep(file, graph, std::move(picture), engine.palette());
+    return map;
+}
+
+void Game::new_map(int file, int graph, int width, int height, std::uint32_t pixel) {
+    host::Map& map = engine.files().create_map(file, graph, width, height);
+    matched_.forget(file, graph);
+    map.set_alpha_flag(false);
+    map.fill(pixel);
+}
+
+void Game::unload_map(int file, int graph) {
+    engine.files().unload_map(file, graph);
+    matched_.forget(file, graph);
 }
 
 void Game::save_map(int file, int graph, const std::string& path) {
@@ -184,13 +175,17 @@ std::uint32_t Game::pixel_of(Rgba colour) {
 }
 
 void Game::set_palette(const std::vector<Rgba>& colours) {
-    if (colours.size() > 256) throw std::runtime_error("a palette has 256 colours at most");
     for (std::size_t i = 0; i < colours.size(); ++i) {
         Rgba colour = colours[i];
         colour.a = 255;
         engine.palette().set(static_cast<std::uint8_t>(i), colour);
     }
     palette_chosen_ = true;
+    if (bits_per_pixel() != 8) return;
+    const bool matched = matched_.match_anew(engine.files(), engine.palette());
+    lay_background();
+    if (!matched) return;
+    for (const int scroll : running_scrolls(engine)) engine.call("scroll_refresh", {scroll});
 }
 
 void Game::set_mode(int width, int height, int bits_per_pixel, bool reset) {
@@ -199,7 +194,14 @@ void Game::set_mode(int width, int height, int bits_per_pixel, bool reset) {
     host::ModeChange how;
     how.reset = reset;
     how.convert_maps = bits_per_pixel != this->bits_per_pixel();
+    MatchedMaps matched;
+    if (how.convert_maps && bits_per_pixel == 8)
+        for (int file = 0; file < number_of_files; ++file)
+            for (const int graph : engine.files().graphs(file))
+                matched.keep(file, graph, Picture(host::to_image(map_at(file, graph), engine.palette())),
+                             engine.palette());
     engine.change_video_mode({width, height, bits_per_pixel}, how);
+    if (how.convert_maps) matched_ = std::move(matched);
     lay_background();
 }
 
@@ -210,6 +212,7 @@ void Game::set_background(std::variant<Rgba, Picture> background) {
 
 // The engine's backdrop covers the whole screen in either case: what it left free would keep the last frame.
 void Game::lay_background() {
+    matched_.forget(background_file, background_graph);
     if (const auto* colour = std::get_if<Rgba>(&background_)) {
         engine.files().unload_map(background_file, background_graph);
         engine.set_backdrop(pixel_of(*colour));

@@ -7,9 +7,7 @@
 #pragma once
 
 #include <filesystem>
-#include <map>
 #include <optional>
-#include <set>
 #include <string>
 #include <utility>
 #include <variant>
@@ -20,6 +18,8 @@
 #include "player/common/picture.h"
 #include "player/game/file_watch.h"
 #include "player/game/keys.h"
+#include "player/game/matched_maps.h"
+#include "player/game/mistakes.h"
 
 namespace player {
 
@@ -36,10 +36,10 @@ class Game {
     int frames_drawn = 0;
     Keys keys;
     FileWatch files_read;  // by the script, itself included
+    Mistakes mistakes;
 
     // Draws one frame, with the background behind and the texts in front. Throws what the module reported,
-    // and what it did wrong. Warns on standard error, once for each, of pictures that processes show and
-    // that are not loaded.
+    // and what it did wrong.
     void draw_frame();
 
     // ---- Maps
@@ -58,12 +58,11 @@ class Game {
     // picture.
     host::Map& load_map(int file, int graph, const std::string& path,
                         std::optional<Part> part = std::nullopt);
+    // One colour, without per-pixel alpha.
+    void new_map(int file, int graph, int width, int height, std::uint32_t pixel);
+    void unload_map(int file, int graph);
     // Writes a PNG: with the palette at 8 bits, else with alpha where some pixel is not opaque.
     void save_map(int file, int graph, const std::string& path);
-    // Where in the script a process was given a picture that is not loaded (yet), for the warning to come.
-    void note_place(int file, int graph, const std::string& place) {
-        places_.try_emplace({file, graph}, place);
-    }
     // Points are numbered 0 to 999; those that are missing before this one come to (0, 0).
     void set_control_point(int file, int graph, int number, int x, int y);
 
@@ -72,7 +71,9 @@ class Game {
     [[nodiscard]] int bits_per_pixel() { return engine.video().bits_per_pixel; }
     // At the present depth; 0, transparent, for a colour without opacity.
     [[nodiscard]] std::uint32_t pixel_of(Rgba colour);
-    // At most 256 colours, from index 0 on; index 0 is transparent whatever its colour.
+    static constexpr int most_colours = 256;
+    // At most so many colours, from index 0 on; index 0 is transparent whatever its colour. At 8 bits maps
+    // whose colours were matched are matched anew, and running scrolls show it.
     void set_palette(const std::vector<Rgba>& colours);
 
     // ---- Screen
@@ -83,8 +84,9 @@ class Game {
     void set_background(std::variant<Rgba, Picture> background);
     // Draws over this frame only, its top left corner at (x, y); `scale` is a whole number, 1 or more.
     void add_text(int x, int y, std::string text, std::uint32_t pixel, int scale);
-    // Writes this frame's picture once it is drawn.
-    void request_shot(const std::string& path) { shots_.push_back(path_of(path)); }
+    // Writes this frame's picture once it is drawn. Errors: no such folder; `place` is named when the picture
+    // cannot be written later on.
+    void request_shot(const std::string& path, const std::string& place);
 
   private:
     struct Text {
@@ -94,20 +96,22 @@ class Game {
         int scale;
     };
 
-    std::vector<std::uint8_t> indices_in_palette(const Picture& picture);
+    struct Shot {
+        std::string path, place;
+    };
+
+    host::Map& load_matched(int file, int graph, Picture picture);
     void lay_background();
     void draw_texts();
+    void write_shots();
     void report_module();
-    void warn_of_missing_maps();
-    [[nodiscard]] std::string without_map(int file, int graph);
 
     std::filesystem::path folder_;
     bool palette_chosen_ = false;
     std::variant<Rgba, Picture> background_ = Rgba{0, 0, 0, 255};
     std::vector<Text> texts_;
-    std::vector<std::string> shots_;
-    std::map<std::pair<int, int>, std::string> places_;  // by file and graph
-    std::set<std::pair<int, int>> warned_;
+    std::vector<Shot> shots_;
+    MatchedMaps matched_;
 };
 
 }  // namespace player

@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "player/common/new_file.h"
+#include "player/common/stop.h"
 #include "player/output/contact_sheet.h"
 #include "player/output/output.h"
 
@@ -89,6 +90,7 @@ void choose_places(Options& options) {
 }
 
 int deliver(const Outputs& outputs, const std::function<int()>& play) {
+    const Salvage salvage([&] { finish(outputs); });
     int status = 0;
     try {
         status = play();

@@ -16,47 +16,43 @@ host::Map& map_argument(lua_State* L) {
 }
 
 int push_size(lua_State* L, const host::Bitmap& bitmap) {
-    lua_pushinteger(L, bitmap.width());
-    lua_pushinteger(L, bitmap.height());
-    return 2;
+    return push_pair(L, bitmap.width(), bitmap.height());
 }
 
 int load_map(lua_State* L) {
     std::optional<Game::Part> part;
     if (!lua_isnone(L, 4)) {
-        if (lua_isnone(L, 7))
-            throw std::runtime_error("a part of the picture takes four numbers: x, y, width, height");
+        if (lua_isnone(L, 7)) throw Mistake("a part of the picture takes four numbers: x, y, width, height");
         part = {integer_argument(L, 4), integer_argument(L, 5), integer_argument(L, 6),
                 integer_argument(L, 7)};
     }
     return push_size(
-        L, game_of(L).load_map(integer_argument(L, 1), integer_argument(L, 2), luaL_checkstring(L, 3), part));
+        L, game_of(L).load_map(integer_argument(L, 1), integer_argument(L, 2), text_argument(L, 3), part));
 }
 
 int new_map(lua_State* L) {
     const std::uint32_t pixel = pixel_argument(L, 5, "#00000000");
-    host::Map& map = game_of(L).engine.files().create_map(integer_argument(L, 1), integer_argument(L, 2),
-                                                          integer_argument(L, 3), integer_argument(L, 4));
-    map.set_alpha_flag(false);
-    map.fill(pixel);
+    game_of(L).new_map(integer_argument(L, 1), integer_argument(L, 2), integer_argument(L, 3),
+                       integer_argument(L, 4), pixel);
     return 0;
 }
 
 int unload_map(lua_State* L) {
-    game_of(L).engine.files().unload_map(integer_argument(L, 1), integer_argument(L, 2));
+    Game& game = game_of(L);
+    const int file = integer_argument(L, 1), graph = integer_argument(L, 2);
+    game.mistakes.note_unloading(file, graph, place_in_script(L, 1));
+    game.unload_map(file, graph);
     return 0;
 }
 
 int save_map(lua_State* L) {
-    game_of(L).save_map(integer_argument(L, 1), integer_argument(L, 2), luaL_checkstring(L, 3));
+    game_of(L).save_map(integer_argument(L, 1), integer_argument(L, 2), text_argument(L, 3));
     return 0;
 }
 
 int map_size(lua_State* L) {
     const host::Map* map = game_of(L).engine.files().find_map(integer_argument(L, 1), integer_argument(L, 2));
-    if (map) return push_size(L, *map);
-    lua_pushnil(L);
-    return 1;
+    return map ? push_size(L, *map) : push_nil(L);
 }
 
 int set_alpha(lua_State* L) {
@@ -73,13 +69,8 @@ int set_point(lua_State* L) {
 int get_point(lua_State* L) {
     const MapRecord& record = map_argument(L).record();
     const int number = integer_argument(L, 3);
-    if (number < 0 || number >= record.cpoint_count) {
-        lua_pushnil(L);
-        return 1;
-    }
-    lua_pushinteger(L, record.cpoints[number].x);
-    lua_pushinteger(L, record.cpoints[number].y);
-    return 2;
+    if (number < 0 || number >= record.cpoint_count) return push_nil(L);
+    return push_pair(L, record.cpoints[number].x, record.cpoints[number].y);
 }
 
 int pixel(lua_State* L) {
@@ -87,31 +78,26 @@ int pixel(lua_State* L) {
     const int x = integer_argument(L, 3), y = integer_argument(L, 4);
     const bool inside = x >= 0 && y >= 0 && x < map.width() && y < map.height();
     if (!lua_isnone(L, 5)) {
-        const std::uint32_t value = pixel_argument(L, 5, nullptr);
+        const std::uint32_t value = pixel_argument(L, 5);
         if (inside) map.set_pixel(x, y, value);
         return 0;
     }
-    if (inside)
-        lua_pushinteger(L, map.pixel(x, y));
-    else
-        lua_pushnil(L);
+    if (!inside) return push_nil(L);
+    lua_pushinteger(L, map.pixel(x, y));
     return 1;
 }
 
 int box(lua_State* L) {
     draw_box(map_argument(L), integer_argument(L, 3), integer_argument(L, 4), integer_argument(L, 5),
-             integer_argument(L, 6), pixel_argument(L, 7, nullptr));
+             integer_argument(L, 6), pixel_argument(L, 7));
     return 0;
 }
 
 int line(lua_State* L) {
     host::Map& map = map_argument(L);
     int place[4];
-    for (int i = 0; i < 4; ++i) {
-        luaL_checkany(L, 3 + i);
-        place[i] = ranged_argument(L, 3 + i, -farthest, farthest, 0);
-    }
-    const std::uint32_t value = pixel_argument(L, 7, nullptr);
+    for (int i = 0; i < 4; ++i) place[i] = ranged_argument(L, 3 + i, -farthest, farthest);
+    const std::uint32_t value = pixel_argument(L, 7);
     const int dx = place[2] - place[0], dy = place[3] - place[1];
     const int steps = std::max({std::abs(dx), std::abs(dy), 1});
     for (int i = 0; i <= steps; ++i) {
@@ -127,7 +113,7 @@ int line(lua_State* L) {
 }
 
 int map_text(lua_State* L) {
-    draw_text(map_argument(L), integer_argument(L, 3), integer_argument(L, 4), luaL_checkstring(L, 5),
+    draw_text(map_argument(L), integer_argument(L, 3), integer_argument(L, 4), text_argument(L, 5),
               pixel_argument(L, 6, "#ffffff"), ranged_argument(L, 7, 1, largest_text_scale, 1));
     return 0;
 }
@@ -146,7 +132,7 @@ int rgb(lua_State* L) {
 int to_rgb(lua_State* L) {
     Game& game = game_of(L);
     const Rgba colour =
-        host::from_pixel(pixel_argument(L, 1, nullptr), game.bits_per_pixel(), game.engine.palette(), true);
+        host::from_pixel(pixel_argument(L, 1), game.bits_per_pixel(), game.engine.palette(), true);
     for (const int channel : {colour.r, colour.g, colour.b, colour.a}) lua_pushinteger(L, channel);
     return 4;
 }
@@ -154,15 +140,17 @@ int to_rgb(lua_State* L) {
 int set_palette(lua_State* L) {
     std::vector<Rgba> colours;
     if (lua_istable(L, 1)) {
-        for (lua_Integer i = 1; i <= luaL_len(L, 1); ++i) {
-            lua_geti(L, 1, i);
-            colours.push_back(parse_colour(L, luaL_checkstring(L, -1)));
+        const lua_Integer count = luaL_len(L, 1);
+        if (count > Game::most_colours) throw Mistake("a palette has 256 colours at most");
+        for (lua_Integer i = 1; i <= count; ++i) {
+            if (lua_geti(L, 1, i) != LUA_TSTRING) refuse(L, -1, "colour " + std::to_string(i), "a text");
+            colours.push_back(parse_colour(lua_tostring(L, -1)));
             lua_pop(L, 1);
         }
     } else {
-        const char* path = luaL_checkstring(L, 1);
+        const std::string path = text_argument(L, 1);
         const Picture picture = game_of(L).read_picture(path);
-        if (!picture.indexed()) luaL_error(L, "%s has no palette", path);
+        if (!picture.indexed()) throw Mistake(path + " has no palette");
         colours.assign(picture.palette.begin(), picture.palette.end());
     }
     game_of(L).set_palette(colours);

@@ -4,6 +4,7 @@
 
 #include "player/common/names.h"
 #include "player/script/lua_support.h"
+#include "player/script/module_results.h"
 
 namespace player {
 namespace {
@@ -13,36 +14,39 @@ constexpr const char* element_type = "module structure element";
 
 // ---- Functions
 
-// "6 or 7 arguments"
-std::string expected_counts(const ModuleFunction& function) {
-    std::string text;
-    for (const int count : function.argument_counts)
-        text += (text.empty() ? "" : " or ") + std::to_string(count);
-    return text + (text == "1" ? " argument" : " arguments");
+std::vector<std::int32_t> arguments_for(lua_State* L, const ModuleFunction& function) {
+    const auto& counts = function.argument_counts;
+    const int count = lua_gettop(L);
+    if (std::find(counts.begin(), counts.end(), count) == counts.end()) {
+        std::string expected;
+        for (const int each : counts) expected += (expected.empty() ? "" : " or ") + std::to_string(each);
+        throw Mistake(function.name + " takes " + arguments_text(expected) + ", got " +
+                      std::to_string(count));
+    }
+    std::vector<std::int32_t> arguments;
+    for (int i = 1; i <= count; ++i) {
+        const auto value = engine_value(L, i);
+        if (!value) refuse(L, i, function.name + ": argument " + std::to_string(i));
+        arguments.push_back(*value);
+    }
+    return arguments;
 }
 
 int call_function(lua_State* L) {
-    const auto& function = *static_cast<const ModuleFunction*>(lua_touserdata(L, lua_upvalueindex(1)));
-    const int count = lua_gettop(L);
-    const auto& counts = function.argument_counts;
-    if (std::find(counts.begin(), counts.end(), count) == counts.end())
-        return luaL_error(L, "%s takes %s, got %d", function.name.c_str(), expected_counts(function).c_str(),
-                          count);
-    std::vector<std::int32_t> arguments;
-    for (int i = 1; i <= count; ++i)
-        arguments.push_back(engine_value(L, i, function.name + ", argument " + std::to_string(i)));
-
+    const auto& function = *static_cast<const ModuleFunction*>(lua_touserdata(L, bound_value(1)));
+    const std::vector<std::int32_t> arguments = arguments_for(L, function);
     Script& script = Script::of(L);
     host::Engine& engine = script.game.engine;
     const host::CallResult result = engine.call(function.name, arguments);
     engine.clear_errors();
-    if (!result.errors.empty()) return luaL_error(L, "%s", result.errors.front().text().c_str());
+    if (!result.errors.empty()) throw Mistake(result.errors.front().text());
     if (!engine.faults().empty())
-        return luaL_error(L, "%s: the module broke its contract: %s", function.name.c_str(),
-                          engine.faults().front().c_str());
+        throw Mistake(function.name + ": the module broke its contract: " + engine.faults().front());
+    judge_result(script.game, function.name, arguments, result.value, place_in_script(L, 1));
     lua_pushinteger(L, result.value);
     return script.return_or_end_turn(L, 1);
 }
+constexpr Binding call_binding = {"", 0, any_number, call_function};
 
 void bind_functions(lua_State* L) {
     Script& script = Script::of(L);
@@ -50,7 +54,7 @@ void bind_functions(lua_State* L) {
         ModuleFunction& known = script.module_function(function.name);
         known.argument_counts.push_back(function.argument_count);
         lua_pushlightuserdata(L, &known);
-        lua_pushcclosure(L, call_function, 1);
+        push_binding(L, call_binding, 1);
         lua_setglobal(L, function.name.c_str());
     }
 }
@@ -63,21 +67,28 @@ struct Element {
     int index;
 };
 
+// What the userdata holds that a metamethod is about.
+template <class Value>
+const Value& self(lua_State* L, const char* type) {
+    if (const void* value = luaL_testudata(L, 1, type)) return *static_cast<const Value*>(value);
+    throw Mistake(std::string("a ") + type + " was expected, got " + luaL_typename(L, 1));
+}
+
 const host::GlobalStruct& structure_at(lua_State* L, int number) {
     return game_of(L).engine.globals().structs()[static_cast<std::size_t>(number)];
 }
 
 // The field's place in the engine's data, looked up afresh: the data may have moved.
 std::int32_t& field_at(lua_State* L) {
-    const auto& element = *static_cast<Element*>(luaL_checkudata(L, 1, element_type));
+    const auto& element = self<Element>(L, element_type);
     const host::GlobalStruct& structure = structure_at(L, element.structure);
     const std::string name = luaL_tolstring(L, 2, nullptr);
     const auto field = structure.field_index(name);
     if (!field) {
         std::vector<std::string> names;
         for (const auto& known : structure.fields) names.push_back(known.name);
-        luaL_error(L, "%s[%d] has no field \"%s\"%s", structure.name.c_str(), element.index, name.c_str(),
-                   suggestion(name, names).c_str());
+        throw Mistake(structure.name + "[" + std::to_string(element.index) + "] has no field \"" + name +
+                      "\"" + suggestion(name, names));
     }
     const std::size_t offset =
         structure.offset + static_cast<std::size_t>(element.index) * structure.element_size() + 4 * *field;
@@ -90,40 +101,48 @@ int get_element_field(lua_State* L) {
 }
 
 int set_element_field(lua_State* L) {
-    const std::int32_t value = engine_value(L, 3, luaL_checkstring(L, 2));
-    field_at(L) = value;
+    const std::string name = luaL_tolstring(L, 2, nullptr);
+    std::int32_t& field = field_at(L);
+    const auto value = engine_value(L, 3);
+    if (!value) refuse(L, 3, name, name == "camera" ? "a process or 0" : "");
+    field = *value;
+    if (name == "region1" || name == "region2")
+        game_of(L).mistakes.note_region(*value, place_in_script(L, 1));
     return 0;
 }
 
 int get_element(lua_State* L) {
-    const int number = *static_cast<int*>(luaL_checkudata(L, 1, array_type));
-    const host::GlobalStruct& structure = structure_at(L, number);
+    const host::GlobalStruct& structure = structure_at(L, self<int>(L, array_type));
     int is_integer = 0;
     const lua_Integer index = lua_tointegerx(L, 2, &is_integer);
     if (!is_integer || index < 0 || index >= structure.count)
-        return luaL_error(L, "%s[%s] does not exist: its elements are 0 to %d", structure.name.c_str(),
-                          luaL_tolstring(L, 2, nullptr), structure.count - 1);
+        throw Mistake(structure.name + "[" + luaL_tolstring(L, 2, nullptr) +
+                      "] does not exist: its elements are 0 to " + std::to_string(structure.count - 1));
     lua_getiuservalue(L, 1, 1);
     lua_geti(L, -1, index);
     return 1;
 }
 
 int refuse_element(lua_State* L) {
-    const int number = *static_cast<int*>(luaL_checkudata(L, 1, array_type));
-    const char* name = structure_at(L, number).name.c_str();
-    return luaL_error(L, "an element of %s cannot be replaced: write one of its fields, as in %s[0].%s = ...",
-                      name, name, structure_at(L, number).fields.front().name.c_str());
+    const host::GlobalStruct& structure = structure_at(L, self<int>(L, array_type));
+    throw Mistake("an element of " + structure.name + " cannot be replaced: write one of its fields, as in " +
+                  structure.name + "[0]." + structure.fields.front().name + " = ...");
 }
 
 int count_elements(lua_State* L) {
-    lua_pushinteger(L, structure_at(L, *static_cast<int*>(luaL_checkudata(L, 1, array_type))).count);
+    lua_pushinteger(L, structure_at(L, self<int>(L, array_type)).count);
     return 1;
 }
 
-constexpr luaL_Reg element_metamethods[] = {
-    {"__index", get_element_field}, {"__newindex", set_element_field}, {nullptr, nullptr}};
-constexpr luaL_Reg array_metamethods[] = {
-    {"__index", get_element}, {"__newindex", refuse_element}, {"__len", count_elements}, {nullptr, nullptr}};
+constexpr Binding element_metamethods[] = {
+    {"__index", 2, 2, get_element_field},
+    {"__newindex", 3, 3, set_element_field},
+};
+constexpr Binding array_metamethods[] = {
+    {"__index", 2, 2, get_element},
+    {"__newindex", 3, 3, refuse_element},
+    {"__len", 1, any_number, count_elements},
+};
 
 void push_element(lua_State* L, int structure, int index) {
     *static_cast<Element*>(lua_newuserdatauv(L, sizeof(Element), 0)) = {structure, index};
@@ -132,9 +151,9 @@ void push_element(lua_State* L, int structure, int index) {
 
 void bind_structures(lua_State* L) {
     luaL_newmetatable(L, element_type);
-    luaL_setfuncs(L, element_metamethods, 0);
+    set_fields(L, element_metamethods);
     luaL_newmetatable(L, array_type);
-    luaL_setfuncs(L, array_metamethods, 0);
+    set_fields(L, array_metamethods);
     lua_pop(L, 2);
     int number = 0;
     for (const host::GlobalStruct& structure : game_of(L).engine.globals().structs()) {

@@ -26,50 +26,43 @@ int background(lua_State* L) {
     } else if (lua_type(L, 1) == LUA_TSTRING && *lua_tostring(L, 1) != '#') {
         game.set_background(game.read_picture(lua_tostring(L, 1)));
     } else {
-        Rgba colour = host::from_pixel(pixel_argument(L, 1, nullptr), game.bits_per_pixel(),
-                                       game.engine.palette(), false);
+        Rgba colour =
+            host::from_pixel(pixel_argument(L, 1), game.bits_per_pixel(), game.engine.palette(), false);
         game.set_background(colour);
     }
     return 0;
 }
 
 int define_region(lua_State* L) {
-    const int number = ranged_argument(L, 1, 1, number_of_regions - 1, 1);
+    const int number = ranged_argument(L, 1, 1, number_of_regions - 1);
     const std::int32_t x = integer_argument(L, 2), y = integer_argument(L, 3);
-    const int w = ranged_argument(L, 4, 1, 1 << 20, 1), h = ranged_argument(L, 5, 1, 1 << 20, 1);
-    if (x > INT32_MAX - w || y > INT32_MAX - h) luaL_error(L, "the region's far edge does not fit 32 bits");
+    const int w = ranged_argument(L, 4, 1, 1 << 20), h = ranged_argument(L, 5, 1, 1 << 20);
+    if (x > INT32_MAX - w || y > INT32_MAX - h) throw Mistake("the region's far edge does not fit 32 bits");
     game_of(L).engine.regions().define(number, x, y, x + w - 1, y + h - 1);
     return 0;
 }
 
 int undefine_region(lua_State* L) {
-    game_of(L).engine.regions().undefine(ranged_argument(L, 1, 1, number_of_regions - 1, 1));
+    game_of(L).engine.regions().undefine(ranged_argument(L, 1, 1, number_of_regions - 1));
     return 0;
 }
 
 int text(lua_State* L) {
-    game_of(L).add_text(integer_argument(L, 1), integer_argument(L, 2), luaL_checkstring(L, 3),
+    game_of(L).add_text(integer_argument(L, 1), integer_argument(L, 2), text_argument(L, 3),
                         pixel_argument(L, 4, "#ffffff"), ranged_argument(L, 5, 1, largest_text_scale, 1));
     return 0;
 }
 
 int measure_text(lua_State* L) {
-    const TextSize size = text_size(luaL_checkstring(L, 1), ranged_argument(L, 2, 1, largest_text_scale, 1));
-    lua_pushinteger(L, size.width);
-    lua_pushinteger(L, size.height);
-    return 2;
+    const TextSize size = text_size(text_argument(L, 1), ranged_argument(L, 2, 1, largest_text_scale, 1));
+    return push_pair(L, size.width, size.height);
 }
 
 int scroll_offset(lua_State* L) {
     const ScrollSystemInterface* services = game_of(L).engine.services();
     __RVKPoint2D__ offset{};
-    if (!services || !services->GetScrollPoint(integer_argument(L, 1), 0, &offset)) {
-        lua_pushnil(L);
-        return 1;
-    }
-    lua_pushinteger(L, offset.x);
-    lua_pushinteger(L, offset.y);
-    return 2;
+    if (!services || !services->GetScrollPoint(integer_argument(L, 1), 0, &offset)) return push_nil(L);
+    return push_pair(L, offset.x, offset.y);
 }
 
 int suspend(lua_State* L) {
@@ -78,7 +71,7 @@ int suspend(lua_State* L) {
 }
 
 int shot(lua_State* L) {
-    game_of(L).request_shot(luaL_checkstring(L, 1));
+    game_of(L).request_shot(text_argument(L, 1), place_in_script(L, 1));
     return 0;
 }
 
@@ -95,17 +88,17 @@ int quit(lua_State* L) {
 }
 
 int key(lua_State* L) {
-    lua_pushboolean(L, game_of(L).keys.down(luaL_checkstring(L, 1)));
+    lua_pushboolean(L, game_of(L).keys.down(text_argument(L, 1)));
     return 1;
 }
 
 int press(lua_State* L) {
-    game_of(L).keys.play(luaL_checkstring(L, 1), true);
+    game_of(L).keys.play(text_argument(L, 1), true);
     return 0;
 }
 
 int release(lua_State* L) {
-    game_of(L).keys.play(luaL_checkstring(L, 1), false);
+    game_of(L).keys.play(text_argument(L, 1), false);
     return 0;
 }
 

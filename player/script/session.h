@@ -10,7 +10,7 @@ namespace player {
 class Session {
   public:
     // Errors: std::runtime_error with a message for the script's author, also from play_frame().
-    explicit Session(const Options& options) : game(options), script(game, options.script, options.seed) {}
+    explicit Session(const Options& options) : game(options), script(game, options) {}
 
     Game game;
     Script script;

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "player/common/stop.h"
 #include "player/window/panels.h"
 
 namespace player {
@@ -56,6 +57,7 @@ double seconds_now() {
 // There is no sound, so SDL's audio is never touched.
 Window::Sdl::Sdl() {
     SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
+    SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");  // stop_signal() knows, also while a turn does not end
     if (SDL_Init(SDL_INIT_VIDEO | SDL_INIT_GAMECONTROLLER) != 0)
         throw std::runtime_error(std::string("no window can be opened: ") + SDL_GetError());
     // Without a display SDL falls back to drivers that show nothing. Whoever wants one of those says so.
@@ -86,6 +88,7 @@ Window::~Window() = default;
 // ---- Events
 
 void Window::take_events() {
+    if (stop_signal() != 0) closing_ = true;
     SDL_Event event;
     while (SDL_PollEvent(&event)) {
         canvas_->tell(event);

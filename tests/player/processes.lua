@@ -69,8 +69,8 @@ do
     local p = process(fields)
     for name, value in pairs(fields) do assert(p[name] == value, name) end
     equal(#processes(c_scroll), 1)
-    p.x = 2.9 equal(p.x, 2)
-    p.x = -2.1 equal(p.x, -3)
+    p.graph = 2.9 equal(p.graph, 2)
+    p.graph = -2.1 equal(p.graph, -3)
     p.x = true equal(p.x, 1)
     p.x = q equal(p.x, q.id)
     p.alpha = 999 equal(p.alpha, 255)

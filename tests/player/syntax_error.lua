@@ -1,3 +1,0 @@
--- status: 1
--- stderr: syntax_error\.lua:3: .*expected
-local = 3
