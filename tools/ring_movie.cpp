@@ -12,7 +12,7 @@
 #include "module/contract/host_records.h"
 #include "module/contract/numbers.h"
 #include "module/render/plane_drawing.h"
-#include "module/state/host_link.h"
+#include "module/state/host_lookups.h"
 #include "module/state/plane.h"
 #include "module/state/routine_pointers.h"
 #include "module/state/scroll_table.h"

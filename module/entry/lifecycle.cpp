@@ -5,7 +5,7 @@
 #include "module/buffer/buffer.h"
 #include "module/render/render.h"
 #include "module/scroll/scroll.h"
-#include "module/state/host_link.h"
+#include "module/state/host_lookups.h"
 #include "module/state/routine_pointers.h"
 #include "module/state/scroll_table.h"
 

@@ -5,7 +5,7 @@
 #include "module/contract/script_numbers.h"
 #include "module/entry/lifecycle.h"
 #include "module/scroll/scroll.h"
-#include "module/state/host_link.h"
+#include "module/state/host_lookups.h"
 
 const char* RVK_mod_scroll2D_MainLibraryDependencies[] = {"RVK_mod_graphics2D", nullptr};
 
@@ -32,35 +32,12 @@ constexpr char script_globals[] =
     "int visible = 1;"
     "end ";
 
-constexpr FunctionRow script_functions[] = {
-    {"move_scroll(I)", "I", 0, RVK_scroll_move},
-    {"refresh_scroll(I)", "I", 0, RVK_scroll_refresh},
-    {"start_scroll(I,I,I,I,I,I)", "I", 0, RVK_scroll_start},
-    {"start_scroll(I,I,I,I,I,I,I)", "I", 0, RVK_scroll_start},
-    {"stop_scroll(I)", "I", 0, RVK_scroll_stop},
-    {"scroll_move(I)", "I", 0, RVK_scroll_move},
-    {"scroll_refresh(I)", "I", 0, RVK_scroll_refresh},
-    {"scroll_set_destination(I,I,I,I)", "I", 0, RVK_scroll_set_destination},
-    {"scroll_start(I,I,I,I,I,I)", "I", 0, RVK_scroll_start},
-    {"scroll_start(I,I,I,I,I,I,I)", "I", 0, RVK_scroll_start},
-    {"scroll_stop(I)", "I", 0, RVK_scroll_stop},
-    {nullptr, nullptr, 0, nullptr},
-};
-
-// The host copies each table during the call; it never holds an address of the module's own data.
-template <class Row, std::size_t size>
-struct TableCopy {
-    Row rows[size];
-    explicit TableCopy(const Row (&table)[size]) {
-        for (std::size_t i = 0; i < size; ++i) rows[i] = table[i];
-    }
-};
-
 }  // namespace
 }  // namespace scroll2d
 
 std::int32_t RVK_mod_scroll2D_MainLibraryExports(const ExportRegistrar* registrar) {
     using namespace scroll2d;
+    // The host copies each table during the call; it never holds an address of the module's own data.
     const ConstantRow constants[] = {
         {"c_scroll", c_scroll},
         {"all_scroll", all_scroll},
@@ -72,8 +49,21 @@ std::int32_t RVK_mod_scroll2D_MainLibraryExports(const ExportRegistrar* registra
     };
     registrar->RegisterConstants(constants);
     registrar->RegisterGlobals(script_globals);
-    const TableCopy functions(script_functions);
-    registrar->RegisterFunctions(functions.rows);
+    const FunctionRow functions[] = {
+        {"move_scroll(I)", "I", 0, RVK_scroll_move},
+        {"refresh_scroll(I)", "I", 0, RVK_scroll_refresh},
+        {"start_scroll(I,I,I,I,I,I)", "I", 0, RVK_scroll_start},
+        {"start_scroll(I,I,I,I,I,I,I)", "I", 0, RVK_scroll_start},
+        {"stop_scroll(I)", "I", 0, RVK_scroll_stop},
+        {"scroll_move(I)", "I", 0, RVK_scroll_move},
+        {"scroll_refresh(I)", "I", 0, RVK_scroll_refresh},
+        {"scroll_set_destination(I,I,I,I)", "I", 0, RVK_scroll_set_destination},
+        {"scroll_start(I,I,I,I,I,I)", "I", 0, RVK_scroll_start},
+        {"scroll_start(I,I,I,I,I,I,I)", "I", 0, RVK_scroll_start},
+        {"scroll_stop(I)", "I", 0, RVK_scroll_stop},
+        {nullptr, nullptr, 0, nullptr},
+    };
+    registrar->RegisterFunctions(functions);
     const HookRow hooks[] = {
         {1, RVK_mod_scroll2D_init},
         {2, RVK_mod_scroll2D_frame},

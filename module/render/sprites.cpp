@@ -4,7 +4,6 @@
 #include "module/contract/numbers.h"
 #include "module/render/render.h"
 #include "module/scroll/view.h"
-#include "module/state/host_link.h"
 #include "module/state/host_lookups.h"
 #include "module/state/routine_pointers.h"
 #include "module/state/scroll_table.h"

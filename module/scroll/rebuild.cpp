@@ -5,7 +5,7 @@
 #include "module/buffer/buffer.h"
 #include "module/scroll/script_call.h"
 #include "module/scroll/view.h"
-#include "module/state/host_link.h"
+#include "module/state/host_lookups.h"
 #include "module/state/plane.h"
 #include "module/state/routine_pointers.h"
 #include "module/state/scroll_table.h"

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 
-#include "module/state/host_link.h"
 #include "module/state/host_lookups.h"
 
 namespace scroll2d {

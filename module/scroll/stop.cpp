@@ -3,7 +3,7 @@
 #include "module/buffer/buffer.h"
 #include "module/scroll/script_call.h"
 #include "module/scroll/scroll.h"
-#include "module/state/host_link.h"
+#include "module/state/host_lookups.h"
 #include "module/state/scroll_table.h"
 
 namespace scroll2d {

@@ -6,7 +6,6 @@
 #include "module/buffer/buffer.h"
 #include "module/contract/numbers.h"
 #include "module/scroll/rebuild.h"
-#include "module/state/host_link.h"
 #include "module/state/host_lookups.h"
 #include "module/state/scroll_table.h"
 

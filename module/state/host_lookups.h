@@ -1,22 +1,29 @@
-// What the host has at this moment: depth, maps, regions, limits. Looked up at every use and never kept,
-// since the host may take anything away between two calls.
+// The way to the host, and what it has at this moment: depth, maps, regions, limits. Looked up at every use
+// and never kept, since the host may take anything away between two calls.
 #pragma once
 
 #include <cstdint>
 
 #include "module/contract/host_records.h"
-#include "module/state/host_link.h"
 #include "module/state/routine_pointers.h"
+
+// The way to the host; set at the end of registration.
+extern "C" [[gnu::visibility("default")]] HostRuntime* rvkre;
 
 namespace scroll2d {
 
-// What was last looked up. Whoever needs it gets it as a result; nothing reads it here.
+extern ScrollSystemInterface scrollSystem;  // the services for the graphics module
+extern void* scroll2D_blitlist;             // the module's own list, "SCROLL2D"
+
+// What was last looked up. Whoever looks something up gets it as the result, and reads it nowhere else.
 extern FileRecord* pfpg_scroll2D;
 extern MapEntry* pfpgmap1_scroll2D;  // plane 1
 extern MapEntry* pfpgmap2_scroll2D;  // plane 2
 extern MapEntry* pfpgmap_scroll2D;   // another map: destination, process graphic
 extern __RVKRegion__* pregion_scroll2D;
 extern std::int32_t max_graph_scroll2D;  // graph numbers of the last file are below it
+
+// The limits of the present sprite pass: file and region numbers are below them.
 extern std::int32_t max_fpg_scroll2D;
 extern std::int32_t max_region_scroll2D;
 

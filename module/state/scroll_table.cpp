@@ -1,6 +1,5 @@
 #include "module/state/scroll_table.h"
 
-#include "module/state/host_link.h"
 #include "module/state/host_lookups.h"
 
 HostRuntime* rvkre;
