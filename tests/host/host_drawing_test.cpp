@@ -192,6 +192,7 @@ TEST_CASE("Colours survive the way through a depth as far as it can hold them, a
     CHECK(host::from_pixel(0x04030201, 32, palette, true) == host::Rgba{1, 2, 3, 4});
     CHECK(host::to_pixel({0, 0, 0, 255}, 16, palette, false) == 0x0020);
     CHECK(host::to_pixel({0, 0, 0, 255}, 32, palette, false) == 0xFF000000);
+    CHECK(host::to_pixel({0, 0, 0, 255}, 8, palette, false) == 1);
     CHECK(host::bytes_per_pixel(24) == 1);
 }
 
@@ -243,6 +244,8 @@ TEST_CASE("The entry of a sprite on the screen holds what its process and its re
     for (int round = 0; round < 500; ++round) {
         for (const int word : {30, 31, 32, 38, 40, 41, 42, 43, 44, 45, 46, 47, 48, 49})
             from[word] = between(1, 1000);
+        for (const int word : {40, 41, 42, 43, 44})
+            if (coin()) from[word] = word < 43 ? 100 : 0;
         p.resolution = between(0, 3);
         p.region = between(4, 5);
         // A few degrees around each direction, and whole turns more or less.
@@ -262,6 +265,9 @@ TEST_CASE("The entry of a sprite on the screen holds what its process and its re
         CHECK(entry.pos_y == p.y / std::max(p.resolution, 1));
         for (const int word : {29, 32, 34, 35, 38, 39, 40, 41, 42, 43, 44, 45, 46, 47, 48, 49})
             CHECK_MESSAGE(from[word] == to[word - 18], word);
+        const bool scaled = p.size != 100 || p.size_x != 100 || p.size_y != 100;
+        const host::SpriteNeeds needs{false, scaled, p.word43 != 0 || p.word44 != 0};
+        CHECK((entry.draw == host::sprite_routine(engine.graphics(), needs)));
         CHECK(entry.has_clip == p.region - 4);
         if (p.region == 5) CHECK(std::vector(to + 37, to + 41) == std::vector{1, 3, 2, 4});
         list.clear();
@@ -278,11 +284,12 @@ TEST_CASE("A change of video mode brings a new screen, the maps at the new depth
     host::Engine engine({.width = 8, .height = 8, .bits_per_pixel = 32});
     const HookRow hooks[] = {{3, look}, {0, nullptr}};
     engine.registrar().RegisterHooks(hooks);
-    const host::Image image{2, 2, {{255, 0, 0, 255}, {0, 0, 0, 255}, {9, 9, 9, 0}, {0, 255, 255, 255}}};
+    const host::Image image{4, 1, {{255, 0, 0, 255}, {0, 0, 0, 255}, {9, 9, 9, 0}, {0, 255, 255, 255}}};
     host::Map& map = engine.files().create_map(1, 1, image, engine.palette(), false);
     host::Map& soft = engine.files().create_map(1, 2, image, engine.palette(), true);
     const __RVKPoint2D__ points[] = {{2, 1}, {-5, 900}};
     soft.set_control_points(points);
+    CHECK(soft.pixel(2, 0) == 0x00090909);
 
     const MapRecord* old_screen = &engine.screen().record();
     std::int32_t depth_before_hook = 0;

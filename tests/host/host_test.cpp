@@ -212,10 +212,12 @@ TEST_CASE("Files count their maps, and replacing or unloading one takes its memo
     files.unload_map(2, 7);
     CHECK(graphics.GetMap(2, 7) == nullptr);
     CHECK(graphics.GetFile(2)->word2 == 1);
+    files.create_map(0, 3, 1, 1);
     files.unload_file(2);
     files.unload_file(0);
     CHECK(graphics.GetFile(2) == nullptr);
-    CHECK(graphics.GetFile(0) != nullptr);
+    CHECK(graphics.GetFile(0)->word2 == 0);
+    CHECK(graphics.GetMap(0, 3) == nullptr);
 
     CHECK_ERROR(files.create_map(4, 1, 1, 1), "file 4 is not one of 0 to 3");
     CHECK_ERROR(files.create_map(1, 1000, 1, 1), "map 1000 of file 1 is not one of 0 to 999");
