@@ -11,6 +11,14 @@
 #include <sanitizer/common_interface_defs.h>
 #endif
 
+#ifdef __SANITIZE_ADDRESS__
+// Has findings of undefined behaviour end in SIGABRT.
+// NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the sanitizer asks for this name
+extern "C" [[gnu::used]] inline const char* __ubsan_default_options() {
+    return "abort_on_error=1";
+}
+#endif
+
 namespace tests {
 
 inline char crash_note[200];

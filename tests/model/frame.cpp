@@ -98,7 +98,7 @@ void Model::draw_sprites(int n, std::int32_t entry_z) {
             if (s.active) draw(s, [](Look l, Pixel d, Pixel f, Pixel) { return front_layer(l, d, f); });
             continue;
         }
-        sprite_(entry, surface(reinterpret_cast<const MapRecord*>(entry[42])), surface(destination(s)));
+        stamp(entry, surface(reinterpret_cast<const MapRecord*>(entry[42])), surface(destination(s)));
         if (entry[31] == kStopsScroll) stop_service(entry[30]);
     }
     sprite_passes.push_back(std::move(list));

@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <random>
-#include <sstream>
 #include <utility>
 
 #include "tests/model/numbers.h"
@@ -44,40 +43,6 @@ std::string hex(Pixel pixel) {
     return digits;
 }
 
-// The words of the records that are compared as a whole; a number has no name.
-constexpr const char* kElementWords =
-    "camera ratio file graph1 graph2 region1 region2 speed x0 y0 x1 y1 z alpha visible";
-constexpr const char* kEntryWords =
-    "id owner drawn x x2 y y2 7 8 9 10 graph_table pos_x pos_y z 15 region resolution 18 19 word20 "
-    "angle size size_x size_y word25 word26 flags word28 word29 word30 word31 32 33 34 35 has_clip "
-    "clip_x clip_x2 clip_y clip_y2 41 bitmap target draw";
-constexpr const char* kProcessWords =
-    "0 1 2 3 status 5 6 7 8 scroll_mark 10 11 12 13 14 15 16 17 18 19 20 21 22 23 24 25 scroll_mask "
-    "file graph graph_table x y z word33 region resolution 36 37 word38 angle size size_x size_y "
-    "word43 word44 flags word46 word47 word48 word49";
-
-constexpr const char* kAnswers =
-    "GetScrollRegion x x2 y y2 GetScrollPoint x y GetScrollPos x0 y0 x1 y1 GetScrollPos,1 x0 y0 "
-    "GetScrollPos,2 x1 y1 GetProcessInScroll GetProcessOutScroll GetScrollRegion,null "
-    "GetScrollPoint,null GetScrollPos,null";
-
-std::string name_of(const char* names, std::size_t word) {
-    std::istringstream in(names);
-    std::string name;
-    for (std::size_t i = 0; i <= word; ++i) in >> name;
-    return name;
-}
-
-template <class Words>
-std::string differences(const char* names, const Words& expected, const Words& actual) {
-    std::string all;
-    for (std::size_t i = 0; i < expected.size(); ++i)
-        if (expected[i] != actual[i])
-            all +=
-                "\n    " + name_of(names, i) + ": expected " + text(expected[i]) + ", got " + text(actual[i]);
-    return all;
-}
-
 }  // namespace
 
 // Half of the pixels stand alone, the rest lie in runs of a kind: drawing has short cuts for groups of pixels
@@ -106,7 +71,7 @@ std::filesystem::path module_path(const char* built) {
 
 Lockstep::Lockstep(const host::Options& options, const std::filesystem::path& module,
                    scroll2d::VectorUnit widest)
-    : engine(options), model(engine, stamp) {
+    : engine(options), model(engine) {
     replace_routines(engine.graphics());
     engine.load(module);
     inside_ = static_cast<const Inside*>(engine.symbol("scroll2d_inside"));
@@ -327,30 +292,17 @@ void Lockstep::ask_services(std::int32_t n, std::int32_t mask, __RVKRegion__ wor
     __RVKRegion__ region{kNone, kNone, kNone, kNone};
     __RVKPoint2D__ point{kNone, kNone}, both[2]{point, point}, one = point, two = point;
     // The result of each, then what it wrote.
-    const Model::Answers actual{s.GetScrollRegion(n, mask, world.x, world.y, world.x2, world.y2, &region),
-                                region.x,
-                                region.x2,
-                                region.y,
-                                region.y2,
-                                s.GetScrollPoint(n, mask, &point),
-                                point.x,
-                                point.y,
-                                s.GetScrollPos(n, mask, &both[0], &both[1]),
-                                both[0].x,
-                                both[0].y,
-                                both[1].x,
-                                both[1].y,
-                                s.GetScrollPos(n, mask, &one, nullptr),
-                                one.x,
-                                one.y,
-                                s.GetScrollPos(n, mask, nullptr, &two),
-                                two.x,
-                                two.y,
-                                s.GetProcessInScroll(n, mask),
-                                s.GetProcessOutScroll(n, mask),
-                                s.GetScrollRegion(n, mask, 0, 0, 1, 1, nullptr),
-                                s.GetScrollPoint(n, mask, nullptr),
-                                s.GetScrollPos(n, mask, nullptr, nullptr)};
+    // clang-format off
+    const Model::Answers actual{
+        s.GetScrollRegion(n, mask, world.x, world.y, world.x2, world.y2, &region), region.x, region.x2, region.y, region.y2,
+        s.GetScrollPoint(n, mask, &point), point.x, point.y,
+        s.GetScrollPos(n, mask, &both[0], &both[1]), both[0].x, both[0].y, both[1].x, both[1].y,
+        s.GetScrollPos(n, mask, &one, nullptr), one.x, one.y,
+        s.GetScrollPos(n, mask, nullptr, &two), two.x, two.y,
+        s.GetProcessInScroll(n, mask), s.GetProcessOutScroll(n, mask),
+        s.GetScrollRegion(n, mask, 0, 0, 1, 1, nullptr), s.GetScrollPoint(n, mask, nullptr),
+        s.GetScrollPos(n, mask, nullptr, nullptr)};
+    // clang-format on
     const Model::Answers expected = model.answers(n, mask, world);
     if (actual != expected)
         differ("services, scroll " + text(n) + " with mask " + text(mask) +

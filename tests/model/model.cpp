@@ -1,12 +1,11 @@
 #include <cstring>
-#include <utility>
 
 #include "tests/model/model.h"
 #include "tests/model/numbers.h"
 
 namespace model {
 
-Model::Model(host::Engine& engine, Sprite sprite) : engine_(engine), sprite_(std::move(sprite)) {
+Model::Model(host::Engine& engine) : engine_(engine) {
     elements.fill(kDefaults);
     init();
     look_at_bitmaps();
@@ -112,42 +111,22 @@ int Model::buffers() const {
 
 // ---- Services
 
+// clang-format off
 Model::Answers Model::answers(std::int32_t n, std::int32_t mask, const __RVKRegion__& w) const {
     constexpr std::int32_t none = kUnwritten;
     const std::int32_t out = in_range(n) && !shown(mask, n) ? 1 : 0;
     if (!in_range(n) || !at(scrolls, n).active || !shown(mask, n))
-        return {0,    none, none, none, none, 0,    none, none, 0,   none, none, none,
-                none, 0,    none, none, 0,    none, none, 0,    out, 0,    0,    0};
+        return {0, none, none, none, none,  0, none, none,  0, none, none, none, none,
+                0, none, none,  0, none, none,  0, out,  0, 0, 0};
     const Scroll& s = at(scrolls, n);
     const Plane& a = s.plane[0];
     const Plane& b = s.plane[1];
     const Int x = s.dest_x - a.x;
     const Int y = s.dest_y - a.y;
     const std::int32_t ax = wrap(a.x), ay = wrap(a.y), bx = wrap(b.x), by = wrap(b.y);
-    return {1,
-            wrap(w.x + x),
-            wrap(w.x + x + w.x2 - 1),
-            wrap(w.y + y),
-            wrap(w.y + y + w.y2 - 1),
-            1,
-            wrap(x),
-            wrap(y),
-            1,
-            ax,
-            ay,
-            bx,
-            by,
-            1,
-            ax,
-            ay,
-            1,
-            bx,
-            by,
-            1,
-            out,
-            0,
-            0,
-            0};
+    return {1, wrap(w.x + x), wrap(w.x + x + w.x2 - 1), wrap(w.y + y), wrap(w.y + y + w.y2 - 1),  1, wrap(x), wrap(y),
+            1, ax, ay, bx, by,  1, ax, ay,  1, bx, by,  1, out,  0, 0, 0};
 }
+// clang-format on
 
 }  // namespace model

@@ -8,7 +8,6 @@
 
 #include <array>
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <optional>
 #include <span>
@@ -52,7 +51,6 @@ struct Surface {
     Int height;
     std::byte* pixels;
 };
-using Sprite = std::function<void(const Entry&, Surface graphic, Surface target)>;
 
 struct Plane {
     std::int32_t graph = 0;
@@ -85,7 +83,7 @@ struct Scroll {
 class Model {
   public:
     // Script elements at their defaults, all scrolls idle.
-    Model(host::Engine& engine, Sprite sprite);
+    explicit Model(host::Engine& engine);
 
     // ---- What the module may write, as it should be now
     std::array<Scroll, 10> scrolls;
@@ -184,7 +182,6 @@ class Model {
     void delete_processes();
 
     host::Engine& engine_;
-    Sprite sprite_;
     Int depth_bytes_ = 0;
     int failing_ = 0;
     bool failing_for_good_ = false;

@@ -1,5 +1,7 @@
 #include "tests/model/records.h"
 
+#include <sstream>
+
 #include "tests/model/numbers.h"
 
 namespace model {
@@ -8,10 +10,9 @@ namespace {
 
 using scroll2d::ScrollRecord;
 
-std::string line(const char* field, Int expected, Int actual) {
+std::string line(const std::string& field, Int expected, Int actual) {
     if (expected == actual) return {};
-    return std::string("\n    ") + field + ": expected " + std::to_string(expected) + ", got " +
-           std::to_string(actual);
+    return "\n    " + field + ": expected " + std::to_string(expected) + ", got " + std::to_string(actual);
 }
 
 // A plane's buffer has a row more than the view; the read pointer is a pixel of the rows before that, and so
@@ -31,6 +32,20 @@ std::string trouble_of(const ScrollRecord& r, const std::uint8_t* buffer, const 
 }
 
 }  // namespace
+
+std::string name_of(const char* names, std::size_t word) {
+    std::istringstream in(names);
+    std::string name;
+    for (std::size_t i = 0; i <= word; ++i) in >> name;
+    return name;
+}
+
+std::string differences(const char* names, std::span<const std::int32_t> expected,
+                        std::span<const std::int32_t> actual) {
+    std::string all;
+    for (std::size_t i = 0; i < expected.size(); ++i) all += line(name_of(names, i), expected[i], actual[i]);
+    return all;
+}
 
 std::string trouble_of(const ScrollRecord& r, const tests::ModuleAllocator& memory) {
     if (r.active == 0) return line("idle, buffers", 0, (r.buffer1 != nullptr) + (r.buffer2 != nullptr));
