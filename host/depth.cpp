@@ -1,5 +1,7 @@
 #include "host/depth.h"
 
+#include <cstring>
+
 #include "host/bitmap.h"
 #include "host/error.h"
 
@@ -29,13 +31,31 @@ Rgba from_565(std::uint32_t pixel) {
     return {widen(pixel >> 11 & 31, 31), widen(pixel >> 5 & 63, 63), widen(pixel & 31, 31), 255};
 }
 
-template <class Convert>
-Image image_of(const Bitmap& bitmap, Convert&& convert) {
-    Image image{bitmap.width(), bitmap.height(), {}};
-    image.pixels.reserve(static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height));
-    for (std::int32_t y = 0; y < image.height; ++y)
-        for (std::int32_t x = 0; x < image.width; ++x) image.pixels.push_back(convert(bitmap.pixel(x, y)));
-    return image;
+// What from_pixel() tells, for the type of pixel that a depth has.
+template <class Pixel>
+Rgba colour_of(Pixel pixel, const Palette& palette, bool keep_alpha) {
+    Rgba colour;
+    if constexpr (sizeof pixel == 1) colour = palette[pixel];
+    if constexpr (sizeof pixel == 2) colour = from_565(pixel);
+    if constexpr (sizeof pixel == 4) {
+        colour = {static_cast<std::uint8_t>(pixel), static_cast<std::uint8_t>(pixel >> 8),
+                  static_cast<std::uint8_t>(pixel >> 16), static_cast<std::uint8_t>(pixel >> 24)};
+        if (keep_alpha) return colour;
+    }
+    colour.a = pixel == 0 ? 0 : 255;
+    return colour;
+}
+
+// All of the bitmap in one straight loop for its depth, since a game's screen takes this way at every frame.
+template <class Pixel>
+void convert_all(const Bitmap& bitmap, std::vector<Rgba>& colours, const Palette& palette, bool keep_alpha) {
+    const std::byte* at = bitmap.bytes().data();
+    for (Rgba& colour : colours) {
+        Pixel pixel;
+        std::memcpy(&pixel, at, sizeof pixel);
+        at += sizeof pixel;
+        colour = colour_of(pixel, palette, keep_alpha);
+    }
 }
 
 bool keeps_alpha(const Bitmap& bitmap) {
@@ -96,35 +116,36 @@ std::uint32_t to_pixel(Rgba colour, std::int32_t bits_per_pixel, const Palette& 
 }
 
 Rgba from_pixel(std::uint32_t pixel, std::int32_t bits_per_pixel, const Palette& palette, bool keep_alpha) {
-    Rgba colour;
     switch (bytes_per_pixel(bits_per_pixel)) {
         case 4:
-            colour = {static_cast<std::uint8_t>(pixel), static_cast<std::uint8_t>(pixel >> 8),
-                      static_cast<std::uint8_t>(pixel >> 16), static_cast<std::uint8_t>(pixel >> 24)};
-            if (keep_alpha) return colour;
-            break;
+            return colour_of(pixel, palette, keep_alpha);
         case 2:
-            colour = from_565(pixel);
-            break;
+            return colour_of(static_cast<std::uint16_t>(pixel), palette, keep_alpha);
         default:
-            colour = palette[static_cast<std::uint8_t>(pixel)];
+            return colour_of(static_cast<std::uint8_t>(pixel), palette, keep_alpha);
     }
-    colour.a = pixel == 0 ? 0 : 255;
-    return colour;
 }
 
 Image to_image(const Bitmap& bitmap, const Palette& palette) {
-    return image_of(bitmap, [&, alpha = keeps_alpha(bitmap)](std::uint32_t pixel) {
-        return from_pixel(pixel, bitmap.bits_per_pixel(), palette, alpha);
-    });
+    Image image{bitmap.width(), bitmap.height(), {}};
+    image.pixels.resize(static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height));
+    switch (bytes_per_pixel(bitmap.bits_per_pixel())) {
+        case 4:
+            convert_all<std::uint32_t>(bitmap, image.pixels, palette, keeps_alpha(bitmap));
+            break;
+        case 2:
+            convert_all<std::uint16_t>(bitmap, image.pixels, palette, false);
+            break;
+        default:
+            convert_all<std::uint8_t>(bitmap, image.pixels, palette, false);
+    }
+    return image;
 }
 
 Image to_opaque_image(const Bitmap& bitmap, const Palette& palette) {
-    return image_of(bitmap, [&](std::uint32_t pixel) {
-        Rgba colour = from_pixel(pixel, bitmap.bits_per_pixel(), palette, false);
-        colour.a = 255;
-        return colour;
-    });
+    Image image = to_image(bitmap, palette);
+    for (Rgba& colour : image.pixels) colour.a = 255;
+    return image;
 }
 
 void paint(Bitmap& bitmap, const Image& image, const Palette& palette) {
