@@ -30,6 +30,11 @@ T* made(T* thing, const char* what) {
     return thing;
 }
 
+bool has_size(SDL_Texture* texture, int width, int height) {
+    int w = 0, h = 0;
+    return texture && SDL_QueryTexture(texture, nullptr, nullptr, &w, &h) == 0 && w == width && h == height;
+}
+
 bool near_sixty(SDL_Window* window) {
     SDL_DisplayMode mode{};
     return SDL_GetCurrentDisplayMode(SDL_GetWindowDisplayIndex(window), &mode) == 0 &&
@@ -44,10 +49,18 @@ struct Canvas::Parts {
     Owned<SDL_Surface> surface;
     Owned<SDL_Renderer> renderer;
     Owned<SDL_Texture> screen;
-    int screen_width = 0;
-    int screen_height = 0;
     std::map<int, Owned<SDL_Texture>> textures;
     Owned<ImGuiContext> panels;
+
+    // Lays a picture into a texture, which is made anew when it has another size.
+    void update(Owned<SDL_Texture>& texture, const Picture& picture) {
+        if (!has_size(texture.get(), picture.width, picture.height))
+            texture.reset(made(SDL_CreateTexture(renderer.get(), SDL_PIXELFORMAT_RGBA32,
+                                                 SDL_TEXTUREACCESS_STATIC, picture.width, picture.height),
+                               "no texture"));
+        SDL_UpdateTexture(texture.get(), nullptr, picture.pixels.data(),
+                          picture.width * static_cast<int>(sizeof(Rgba)));
+    }
 };
 
 Canvas::Canvas(SDL_Window* window) : parts_(std::make_unique<Parts>()) {
@@ -72,13 +85,14 @@ Canvas::Canvas(int width, int height) : parts_(std::make_unique<Parts>()) {
 }
 
 void Canvas::start_panels() {
+    SDL_SetHint(SDL_HINT_RENDER_SCALE_QUALITY, "nearest");
     parts_->panels.reset(ImGui::CreateContext());
     ImGuiIO& io = ImGui::GetIO();
     // Nothing is remembered from run to run: a picture follows from the script alone.
     io.IniFilename = nullptr;
     io.LogFilename = nullptr;
     io.DeltaTime = static_cast<float>(1 / frames_per_second);
-    apply_style();
+    apply_style(steps_);
     ImGui_ImplSDLRenderer_Init(parts_->renderer.get());
 }
 
@@ -87,16 +101,10 @@ Canvas::~Canvas() {
     if (parts_->window) ImGui_ImplSDL2_Shutdown();
 }
 
-int Canvas::width() const {
-    int width = 1, height = 1;
-    SDL_GetRendererOutputSize(parts_->renderer.get(), &width, &height);
-    return width;
-}
-
-int Canvas::height() const {
-    int width = 1, height = 1;
-    SDL_GetRendererOutputSize(parts_->renderer.get(), &width, &height);
-    return height;
+Area Canvas::size() const {
+    Area size{0, 0, 1, 1};
+    SDL_GetRendererOutputSize(parts_->renderer.get(), &size.width, &size.height);
+    return size;
 }
 
 void Canvas::tell(const SDL_Event& event) {
@@ -107,7 +115,12 @@ bool Canvas::takes_keyboard() const {
     return ImGui::GetIO().WantTextInput;
 }
 
-void Canvas::begin() {
+void Canvas::begin(int steps) {
+    if (steps != steps_) {
+        ImGui_ImplSDLRenderer_DestroyFontsTexture();  // made anew with the next frame
+        apply_style(steps);
+        steps_ = steps;
+    }
     ImGui_ImplSDLRenderer_NewFrame();
     if (parts_->window) ImGui_ImplSDL2_NewFrame();
     ImGui::NewFrame();
@@ -117,37 +130,19 @@ void Canvas::begin() {
 
 void Canvas::lay(const Picture& screen, const Area& at) {
     if (screen.pixels.empty()) return;
-    Parts& parts = *parts_;
-    if (!parts.screen || parts.screen_width != screen.width || parts.screen_height != screen.height) {
-        SDL_SetHint(SDL_HINT_RENDER_SCALE_QUALITY, "nearest");
-        parts.screen.reset(made(SDL_CreateTexture(parts.renderer.get(), SDL_PIXELFORMAT_RGBA32,
-                                                  SDL_TEXTUREACCESS_STREAMING, screen.width, screen.height),
-                                "no texture for the screen"));
-        SDL_SetTextureBlendMode(parts.screen.get(), SDL_BLENDMODE_NONE);
-        parts.screen_width = screen.width;
-        parts.screen_height = screen.height;
-    }
-    SDL_UpdateTexture(parts.screen.get(), nullptr, screen.pixels.data(),
-                      screen.width * static_cast<int>(sizeof(Rgba)));
+    parts_->update(parts_->screen, screen);
+    SDL_SetTextureBlendMode(parts_->screen.get(), SDL_BLENDMODE_NONE);
     const SDL_Rect target{at.x, at.y, at.width, at.height};
-    SDL_RenderCopy(parts.renderer.get(), parts.screen.get(), nullptr, &target);
+    SDL_RenderCopy(parts_->renderer.get(), parts_->screen.get(), nullptr, &target);
 }
 
 bool Canvas::has_texture(int number, int width, int height) const {
     const auto found = parts_->textures.find(number);
-    int w = 0, h = 0;
-    return found != parts_->textures.end() &&
-           SDL_QueryTexture(found->second.get(), nullptr, nullptr, &w, &h) == 0 && w == width && h == height;
+    return found != parts_->textures.end() && has_size(found->second.get(), width, height);
 }
 
 void Canvas::keep_texture(int number, const Picture& picture) {
-    Owned<SDL_Texture>& texture = parts_->textures[number];
-    if (!has_texture(number, picture.width, picture.height))
-        texture.reset(made(SDL_CreateTexture(parts_->renderer.get(), SDL_PIXELFORMAT_RGBA32,
-                                             SDL_TEXTUREACCESS_STATIC, picture.width, picture.height),
-                           "no texture"));
-    SDL_UpdateTexture(texture.get(), nullptr, picture.pixels.data(),
-                      picture.width * static_cast<int>(sizeof(Rgba)));
+    parts_->update(parts_->textures[number], picture);
 }
 
 void* Canvas::texture(int number) const {

@@ -25,16 +25,17 @@ class Canvas {
     Canvas& operator=(const Canvas&) = delete;
 
     [[nodiscard]] bool locked() const { return locked_; }
-    [[nodiscard]] int width() const;
-    [[nodiscard]] int height() const;
+    [[nodiscard]] Area size() const;  // its place is (0, 0)
+    [[nodiscard]] int steps() const { return steps_; }
 
     // Tells the panels of the mouse and the keyboard.
     void tell(const SDL_Event& event);
     // Whether a panel has the keyboard or the mouse to itself, such as while a number is typed.
     [[nodiscard]] bool takes_keyboard() const;
 
-    // One picture: begin, then in any order panels of ImGui and one screen, then finish.
-    void begin();
+    // One picture: begin, then in any order panels of ImGui and one screen, then finish. The panels are
+    // `steps` times as large as usual.
+    void begin(int steps = 1);
     void lay(const Picture& screen, const Area& at);
     void finish();
 
@@ -52,6 +53,7 @@ class Canvas {
 
     std::unique_ptr<Parts> parts_;
     bool locked_ = false;
+    int steps_ = 1;
 };
 
 }  // namespace player

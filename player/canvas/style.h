@@ -1,9 +1,10 @@
-// The looks of the panels: colours and spaces, said once.
+// The looks of the panels: colours, spaces, letters, said once.
 #pragma once
 
 #include <imgui.h>
 
 #include "player/common/picture.h"
+#include "player/common/placement.h"
 
 namespace player {
 
@@ -21,7 +22,27 @@ inline ImVec4 vec(Rgba c) {
     return ImGui::ColorConvertU32ToFloat4(packed(c));
 }
 
-// For the present ImGui context.
-void apply_style();
+inline ImVec2 vec(int x, int y) {
+    return {static_cast<float>(x), static_cast<float>(y)};
+}
+
+// Of every letter, since ImGui's own font is one of a fixed width. In pixels, at one step.
+inline constexpr int letter_width = 7;
+inline constexpr int letter_height = 13;
+
+// How many times as large as usual panels are drawn, for a display of this size and the room that they have
+// on it: whole steps, so that letters stay sharp; one on displays of the usual sizes and in small windows.
+[[nodiscard]] int panel_steps(const Area& display, const Area& room);
+
+// Letters and spaces of the present ImGui context, which has no frame begun.
+void apply_style(int steps);
+
+// So many pixels at one step, in the present frame of ImGui.
+inline int px(int pixels) {
+    return pixels * static_cast<int>(ImGui::GetFontSize()) / letter_height;
+}
+inline float fpx(int pixels) {
+    return static_cast<float>(px(pixels));
+}
 
 }  // namespace player

@@ -18,7 +18,7 @@ void Inspector::look() {
 }
 
 void Inspector::draw(Canvas& canvas, const Picture& screen, const Area& covered) {
-    const InspectorLayout layout = lay_out_inspector(canvas.width(), canvas.height());
+    const InspectorLayout layout = lay_out_inspector(canvas.size(), canvas.steps());
     if (!screen.pixels.empty()) {
         const Placement placed = place_screen(screen.width, screen.height, layout.game);
         canvas.lay(screen, placed.at);
@@ -27,19 +27,22 @@ void Inspector::draw(Canvas& canvas, const Picture& screen, const Area& covered)
     }
     draw_legend(layout.legend, shown_);
     draw_minimaps(layout.maps, survey_, engine_, canvas, renew_maps_);
-    draw_side(layout.side, survey_, engine_, surveyor_, timed_);
+    side_.draw(layout.side, survey_, engine_, surveyor_, timed_);
     renew_maps_ = false;
 }
 
 Picture InspectedPictures::take(const Picture& screen) {
     inspector_.look();
-    const Area size = inspected_size(screen.width, screen.height, scale_);
+    const int scale = scale_ != 0 ? scale_ : readable_scale(screen.width);
+    const Area game{0, 0, scale * screen.width, scale * screen.height};
+    const int steps = panel_steps(game, game);
+    const Area size = inspected_size(screen.width, screen.height, scale, steps);
     if (!canvas_ || size.width != size_.width || size.height != size_.height) {
         canvas_.reset();
         canvas_.emplace(size.width, size.height);
         size_ = size;
     }
-    canvas_->begin();
+    canvas_->begin(steps);
     inspector_.draw(*canvas_, screen);
     canvas_->finish();
     return canvas_->picture();

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "player/inspector/parts.h"
+#include "player/inspector/side.h"
 
 namespace player {
 
@@ -28,6 +29,7 @@ class Inspector {
     Surveyor surveyor_;
     Survey survey_;
     Shown shown_;
+    SidePanel side_;
     int looks_ = 0;
     bool renew_maps_ = true;
 };

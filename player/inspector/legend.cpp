@@ -1,10 +1,27 @@
 #include "player/inspector/parts.h"
 
 namespace player {
+namespace {
+
+// A click hides the kind of mark, or shows it again.
+void draw_kind(const MarkKind& kind, const Area& at, bool& on) {
+    ImGui::SetCursorScreenPos(vec(at.x, at.y));
+    if (ImGui::InvisibleButton(kind.name, vec(at.width, at.height))) on = !on;
+    if (ImGui::IsItemHovered()) ImGui::SetTooltip("%s: %s", kind.name, kind.meaning);
+    ImDrawList& list = *ImGui::GetWindowDrawList();
+    const Area swatch{at.x, at.y + px(1), px(legend_swatch), px(legend_swatch)};
+    if (on)
+        fill(list, swatch, packed(kind.colour));
+    else
+        outline(list, swatch, px(1), packed(kind.colour));
+    list.AddText(vec(at.x + px(legend_swatch + legend_gap), at.y), packed(on ? ink : faint), kind.name);
+}
+
+}  // namespace
 
 void begin_part(const char* name, const Area& area) {
-    ImGui::SetNextWindowPos({static_cast<float>(area.x), static_cast<float>(area.y)});
-    ImGui::SetNextWindowSize({static_cast<float>(area.width), static_cast<float>(area.height)});
+    ImGui::SetNextWindowPos(vec(area.x, area.y));
+    ImGui::SetNextWindowSize(vec(area.width, area.height));
     ImGui::Begin(name, nullptr,
                  ImGuiWindowFlags_NoTitleBar | ImGuiWindowFlags_NoResize | ImGuiWindowFlags_NoMove |
                      ImGuiWindowFlags_NoCollapse | ImGuiWindowFlags_NoSavedSettings | ImGuiWindowFlags_NoNav |
@@ -12,36 +29,22 @@ void begin_part(const char* name, const Area& area) {
 }
 
 void draw_legend(const Area& area, Shown& shown) {
-    ImGui::PushStyleVar(ImGuiStyleVar_WindowPadding, {10, 5});
+    ImGui::PushStyleVar(ImGuiStyleVar_WindowPadding, {0, 0});
     begin_part("legend", area);
     ImGui::PopStyleVar();
-    constexpr float swatch = 11, gap = 18;
-    constexpr const char* repeats = "map repeats";
-    float needed = 2 * 10 + 34 + ImGui::CalcTextSize(repeats).x;
-    for (const MarkKind& kind : mark_kinds) needed += swatch + 6 + ImGui::CalcTextSize(kind.name).x + gap;
-    const bool named = needed <= static_cast<float>(area.width);  // else a tooltip has to do
+    std::vector<Area> places = legend_places(area.width, px(1));
+    for (Area& at : places) {
+        at.x += area.x;
+        at.y += area.y;
+    }
     for (const MarkKind& kind : mark_kinds) {
-        bool& on = shown.kinds[static_cast<int>(kind.mark)];
-        const ImVec2 at = ImGui::GetCursorScreenPos();
-        const ImVec2 text = ImGui::CalcTextSize(kind.name);
-        if (ImGui::InvisibleButton(kind.name, {swatch + (named ? 6 + text.x : 0), text.y})) on = !on;
-        if (ImGui::IsItemHovered()) ImGui::SetTooltip("%s: %s", kind.name, kind.meaning);
-        ImDrawList& list = *ImGui::GetWindowDrawList();
-        const Area box{static_cast<int>(at.x), static_cast<int>(at.y) + 1, static_cast<int>(swatch),
-                       static_cast<int>(swatch)};
-        if (on)
-            fill(list, box, packed(kind.colour));
-        else
-            outline(list, box, 1, packed(kind.colour));
-        if (named) list.AddText({at.x + swatch + 6, at.y}, packed(on ? ink : faint), kind.name);
-        ImGui::SameLine(0, named ? gap : 6);
+        const auto number = static_cast<std::size_t>(kind.mark);
+        draw_kind(kind, places[number], shown.kinds[number]);
     }
-    if (named) {
-        const ImVec2 at = ImGui::GetCursorScreenPos();
-        dashes(*ImGui::GetWindowDrawList(), {static_cast<int>(at.x), static_cast<int>(at.y) + 6, 28, 2},
-               packed(repeating));
-        ImGui::GetWindowDrawList()->AddText({at.x + 34, at.y}, packed(ink), repeats);
-    }
+    const Area& at = places.back();
+    ImDrawList& list = *ImGui::GetWindowDrawList();
+    dashes(list, {at.x, at.y + px(6), px(legend_dashes), px(2)}, packed(repeating));
+    list.AddText(vec(at.x + px(legend_dashes + legend_gap), at.y), packed(ink), repeating_name);
     ImGui::End();
 }
 

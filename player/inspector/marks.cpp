@@ -7,10 +7,6 @@
 namespace player {
 namespace {
 
-ImVec2 corner(int x, int y) {
-    return {static_cast<float>(x), static_cast<float>(y)};
-}
-
 // Game pixels to picture pixels. What lies far off is brought near, still out of sight, so that it fits.
 int projected(std::int64_t value, int from, int room, std::int64_t extent) {
     const std::int64_t near = std::clamp<std::int64_t>(value, -extent, 2 * extent);
@@ -51,7 +47,7 @@ Area Projection::operator()(const Rect& rect) const {
 
 void fill(ImDrawList& list, const Area& area, ImU32 colour) {
     if (area.width < 1 || area.height < 1) return;
-    list.AddRectFilled(corner(area.x, area.y), corner(area.x + area.width, area.y + area.height), colour);
+    list.AddRectFilled(vec(area.x, area.y), vec(area.x + area.width, area.y + area.height), colour);
 }
 
 void outline(ImDrawList& list, const Area& area, int thickness, ImU32 colour) {
@@ -64,7 +60,7 @@ void outline(ImDrawList& list, const Area& area, int thickness, ImU32 colour) {
 }
 
 void dashes(ImDrawList& list, const Area& line, ImU32 colour) {
-    constexpr int dash = 4;
+    const int dash = px(4);
     const bool across = line.width > line.height;
     const int length = across ? line.width : line.height;
     for (int at = 0; at < length; at += 2 * dash) {
@@ -77,23 +73,36 @@ void dashes(ImDrawList& list, const Area& line, ImU32 colour) {
 }
 
 void clip_to(ImDrawList& list, const Area& area) {
-    list.PushClipRect(corner(area.x, area.y), corner(area.x + area.width, area.y + area.height));
+    list.PushClipRect(vec(area.x, area.y), vec(area.x + area.width, area.y + area.height));
 }
 
 int text_width(const std::string& text) {
     return static_cast<int>(ImGui::CalcTextSize(text.c_str()).x);
 }
 
+std::vector<std::optional<Area>> place_tags(const std::vector<Area>& wanted, const Area& room,
+                                            const Area& covered) {
+    std::vector<Area> taken{covered};
+    std::vector<std::optional<Area>> places;
+    for (const Area& tag : wanted) {
+        places.push_back(free_place(tag, room, taken));
+        if (places.back()) taken.push_back(*places.back());
+    }
+    return places;
+}
+
 void draw_tags(ImDrawList& list, const std::vector<Tag>& tags, const Area& room, const Area& covered) {
     constexpr ImU32 ground = IM_COL32(12, 14, 20, 170);
-    const int height = static_cast<int>(ImGui::GetFontSize()) + 2;
-    std::vector<Area> taken{covered};
-    for (const Tag& tag : tags) {
-        const auto place = free_place({tag.x, tag.y, text_width(tag.text) + 6, height}, room, taken);
-        if (!place) continue;
-        taken.push_back(*place);
-        fill(list, *place, ground);
-        list.AddText(corner(place->x + 3, place->y + 1), packed(tag.colour), tag.text.c_str());
+    std::vector<Area> wanted;
+    wanted.reserve(tags.size());
+    for (const Tag& tag : tags)
+        wanted.push_back({tag.x, tag.y, text_width(tag.text) + px(6), px(tag_height)});
+    const auto places = place_tags(wanted, room, covered);
+    for (std::size_t i = 0; i < tags.size(); ++i) {
+        if (!places[i]) continue;
+        fill(list, *places[i], ground);
+        list.AddText(vec(places[i]->x + px(3), places[i]->y + px(1)), packed(tags[i].colour),
+                     tags[i].text.c_str());
     }
 }
 

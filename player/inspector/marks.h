@@ -3,6 +3,7 @@
 
 #include <imgui.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,12 +31,19 @@ inline constexpr MarkKind mark_kinds[] = {
     {Mark::clip, "clip", "a sprite's own region", {222, 130, 255, 255}},
     {Mark::sprite, "sprite", "box of its picture", {150, 176, 204, 255}},
 };
+inline const MarkKind& kind_of(Mark mark) {
+    return mark_kinds[static_cast<int>(mark)];
+}
 inline Rgba colour_of(Mark mark) {
-    return mark_kinds[static_cast<int>(mark)].colour;
+    return kind_of(mark).colour;
 }
 
 // The sides of a map at which it repeats.
 inline constexpr Rgba repeating{120, 220, 205, 255};
+inline constexpr const char* repeating_name = "map repeats";
+
+// What stands before a name in the legend, and the gap between, in pixels at one step.
+inline constexpr int legend_swatch = 11, legend_dashes = 28, legend_gap = 6;
 
 // Which marks are shown.
 struct Shown {
@@ -77,9 +85,22 @@ struct Tag {
     std::string text;
     Rgba colour;
 };
-// The first ones have the better places: a tag moves up or down a little when another is in its way, and is
-// left out when it finds no place in the room beside what is covered. No tag is ever cut or covered, since
-// half a number is a wrong number.
+inline constexpr int tag_height = letter_height + 2;  // pixels at one step
+
+// Where tags find room. The first ones have the better places: a tag moves up or down a little when another
+// is in its way, and has no place when it finds none in the room beside what is covered. No tag is ever cut
+// or covered, since half a number is a wrong number.
+[[nodiscard]] std::vector<std::optional<Area>> place_tags(const std::vector<Area>& wanted, const Area& room,
+                                                          const Area& covered);
 void draw_tags(ImDrawList& list, const std::vector<Tag>& tags, const Area& room, const Area& covered);
+
+// A distance of the camera, and the thin line in the picture along which it is measured.
+struct Measure {
+    Area line;
+    std::int64_t distance;  // pixels of the game; negative: the camera is beyond
+};
+// To the left, the right, the top and the bottom of the region that the camera moves in: the inner one, else
+// the outer one, else the view. Of a scroll with a camera that is alive; none where the region is empty.
+[[nodiscard]] std::vector<Measure> measures(const ScrollSurvey& scroll, const Projection& to_picture);
 
 }  // namespace player

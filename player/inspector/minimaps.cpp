@@ -7,6 +7,7 @@
 namespace player {
 namespace {
 
+// Pixels at one step.
 constexpr int cell_gap = 10;
 constexpr int line_height = 14;   // of the label above a map
 constexpr int label_gap = 3;      // below it
@@ -56,12 +57,12 @@ Lines flow(const std::vector<std::string>& pieces, int width, std::size_t most_l
     for (const std::string& piece : pieces) {
         const int length = text_width(piece);
         if (length > width) return {};
-        if (lines.empty() || used + piece_gap + length > width) {
+        if (lines.empty() || used + px(piece_gap) + length > width) {
             lines.emplace_back();
-            used = -piece_gap;
+            used = -px(piece_gap);
         }
         lines.back().push_back(piece);
-        used += piece_gap + length;
+        used += px(piece_gap) + length;
     }
     return lines.size() <= most_lines ? lines : Lines{};
 }
@@ -74,18 +75,16 @@ class Minimap {
     void draw(host::Engine& engine, Canvas& canvas, int texture, bool renew) {
         ImDrawList& list = *ImGui::GetWindowDrawList();
         clip_to(list, cell_);
-        const int label_height = draw_label(list) + label_gap;
+        const int label_height = draw_label(list) + px(label_gap);
         const Area room{cell_.x, cell_.y + label_height, cell_.width, cell_.height - label_height};
         const host::Map* map = engine.files().find_map(scroll_.file, plane_.graph);
-        if (map == nullptr || room.height < 8) {
-            list.AddText({static_cast<float>(room.x), static_cast<float>(room.y)}, packed(warning),
-                         map == nullptr ? "the map is gone" : "");
+        if (map == nullptr || room.height < px(8)) {
+            list.AddText(vec(room.x, room.y), packed(warning), map == nullptr ? "the map is gone" : "");
         } else {
             const Area at = place_map(room);
             if (renew || !canvas.has_texture(texture, at.width, at.height))
                 canvas.keep_texture(texture, thumbnail(*map, engine.palette(), at.width, at.height));
-            list.AddImage(canvas.texture(texture), {static_cast<float>(at.x), static_cast<float>(at.y)},
-                          {static_cast<float>(at.x + at.width), static_cast<float>(at.y + at.height)});
+            list.AddImage(canvas.texture(texture), vec(at.x, at.y), vec(at.x + at.width, at.y + at.height));
             draw_marks(list, Projection(at, plane_.map_width, plane_.map_height));
             draw_edges(list, at);
         }
@@ -101,7 +100,7 @@ class Minimap {
         const std::string picture = text(scroll_.file) + "/" + text(plane_.graph);
         const std::string size = text(plane_.map_width) + " x " + text(plane_.map_height);
         const std::string at = "at " + text(plane_.position.x) + ", " + text(plane_.position.y);
-        const int room = (cell_.height - label_gap - least_height) / line_height;
+        const int room = (cell_.height - px(label_gap + least_height)) / px(line_height);
         Lines lines;
         for (const auto& pieces : std::vector<std::vector<std::string>>{
                  {name, picture, size, at}, {name, picture, at}, {name, picture}, {short_name, picture}})
@@ -110,18 +109,17 @@ class Minimap {
         for (const auto& line : lines) {
             int x = cell_.x;
             for (const std::string& piece : line) {
-                list.AddText({static_cast<float>(x), static_cast<float>(y)},
-                             packed(&piece == &lines[0][0] ? ink : faint), piece.c_str());
-                x += text_width(piece) + piece_gap;
+                list.AddText(vec(x, y), packed(&piece == &lines[0][0] ? ink : faint), piece.c_str());
+                x += text_width(piece) + px(piece_gap);
             }
-            y += line_height;
+            y += px(line_height);
         }
         return y - cell_.y;
     }
 
     // As large as fits, in the map's proportions, with a margin for the edges' marks.
     [[nodiscard]] Area place_map(const Area& room) const {
-        constexpr int margin = 4;
+        const int margin = px(4);
         const double scale = std::min(static_cast<double>(room.width - 2 * margin) / plane_.map_width,
                                       static_cast<double>(room.height - 2 * margin) / plane_.map_height);
         const int width = std::max(1, static_cast<int>(plane_.map_width * scale));
@@ -133,7 +131,7 @@ class Minimap {
         for (const Rect& part : shown_parts(plane_, scroll_.view.width, scroll_.view.height)) {
             const Area at = to_map(part);
             fill(list, at, IM_COL32(255, 255, 255, 44));
-            outline(list, {at.x, at.y, std::max(2, at.width), std::max(2, at.height)}, 1,
+            outline(list, {at.x, at.y, std::max(px(2), at.width), std::max(px(2), at.height)}, px(1),
                     packed(colour_of(Mark::view)));
         }
         if (!front_ || !scroll_.camera || !scroll_.camera->alive) return;
@@ -141,8 +139,8 @@ class Minimap {
         if (plane_.repeats_x) point.x = scroll2d::floor_mod(point.x, plane_.map_width);
         if (plane_.repeats_y) point.y = scroll2d::floor_mod(point.y, plane_.map_height);
         const Area at = to_map.of(point);
-        fill(list, {at.x - 2, at.y - 2, 5, 5}, packed(ground));
-        fill(list, {at.x - 1, at.y - 1, 3, 3}, packed(colour_of(Mark::camera)));
+        fill(list, {at.x - px(2), at.y - px(2), px(5), px(5)}, packed(ground));
+        fill(list, {at.x - px(1), at.y - px(1), px(3), px(3)}, packed(colour_of(Mark::camera)));
     }
 
     // A side that repeats is dashed, one where the map ends is drawn through, and red where the view stands
@@ -155,7 +153,7 @@ class Minimap {
             else
                 fill(list, line, packed((stopped & which) != 0 ? colour_of(Mark::map_edge) : faint));
         };
-        constexpr int thick = 2;
+        const int thick = px(2);
         side(plane_.repeats_x, left_side, {map.x - thick, map.y, thick, map.height});
         side(plane_.repeats_x, right_side, {map.x + map.width, map.y, thick, map.height});
         side(plane_.repeats_y, top_side, {map.x, map.y - thick, map.width, thick});
@@ -182,13 +180,14 @@ void draw_minimaps(const Area& area, const Survey& survey, host::Engine& engine,
     // Maps are mostly wide: two rows as soon as there are three of them.
     const int rows = count <= 2 ? 1 : count <= 10 ? 2 : 3;
     const int columns = (count + rows - 1) / rows;
-    const Area room{area.x + cell_gap, area.y + 6, area.width - 2 * cell_gap, area.height - 10};
+    const Area room{area.x + px(cell_gap), area.y + px(6), area.width - px(2 * cell_gap),
+                    area.height - px(10)};
     int place = 0;
     for (const ScrollSurvey& scroll : survey.scrolls)
         for (std::size_t plane = 0; plane < scroll.planes.size(); ++plane, ++place) {
             const int column = place % columns, row = place / columns;
             const Area cell{room.x + column * room.width / columns, room.y + row * room.height / rows,
-                            room.width / columns - cell_gap, room.height / rows - 2};
+                            room.width / columns - px(cell_gap), room.height / rows - px(2)};
             if (cell.width < 1 || cell.height < 1) continue;
             Minimap(cell, scroll, plane)
                 .draw(engine, canvas, 2 * scroll.number + static_cast<int>(plane), renew);

@@ -1,5 +1,6 @@
 // The marks that lie over the running game.
 #include <algorithm>
+#include <cstdlib>
 #include <string>
 #include <utility>
 #include <vector>
@@ -8,8 +9,6 @@
 
 namespace player {
 namespace {
-
-constexpr int line_height = 15;  // of a tag
 
 std::string text_of(std::int64_t value) {
     return std::to_string(value);
@@ -44,8 +43,8 @@ class Overlay {
     void name_view(const Rect& view, const std::string& name) {
         if (!shown_(Mark::view)) return;
         const Area area = to_picture_(view);
-        names_.push_back(
-            {area.x + thickness_, area.y + area.height / 2 - line_height / 2, name, colour_of(Mark::view)});
+        names_.push_back({area.x + thickness_, area.y + area.height / 2 - px(tag_height) / 2, name,
+                          colour_of(Mark::view)});
     }
 
     // Once all marks are drawn, so that none crosses a figure.
@@ -85,44 +84,19 @@ class Overlay {
         if (sides & bottom_side) fill(list_, {view.x, view.y + view.height - bar, view.width, bar}, colour);
     }
 
-    // The point, and lines with figures to the edges of the region that it moves in: the inner one, else the
-    // outer one, else the view.
+    // The point, and dashed lines with figures, since they are measures and no edges.
     void draw_camera(const ScrollSurvey& scroll) {
-        const Rect& room = scroll.region1   ? scroll.region1->rect
-                           : scroll.region2 ? scroll.region2->rect
-                                            : scroll.view;
-        const Point point = scroll.camera->on_destination;
-        const Area at = to_picture_.of(point);
-        const ImU32 colour = packed(colour_of(Mark::camera));
-        if (!room.empty()) {
-            const Area edges = to_picture_(room);
-            const Distances far = distances(point, room);
-            const int middle_x = at.x + at.width / 2, middle_y = at.y + at.height / 2;
-            line_across(edges.x, at.x, middle_y, far.left);
-            line_across(at.x + at.width, edges.x + edges.width, middle_y, far.right);
-            line_down(edges.y, at.y, middle_x, far.top);
-            line_down(at.y + at.height, edges.y + edges.height, middle_x, far.bottom);
+        for (const auto& [line, distance] : measures(scroll, to_picture_)) {
+            dashes(list_, line, packed(colour_of(Mark::camera)));
+            const std::string text = text_of(distance);
+            figures_.push_back({line.x + (line.width - text_width(text)) / 2 - px(3),
+                                line.y + (line.height - px(tag_height)) / 2, text, colour_of(Mark::camera)});
         }
-        const int arm = 4 + 2 * thickness_;
-        outline(list_, {at.x - arm, at.y - arm, at.width + 2 * arm, at.height + 2 * arm}, thickness_, colour);
-        fill(list_, at, colour);
-    }
-
-    // Dashes, since the line is a measure and no edge.
-    void line_across(int from, int to, int y, std::int64_t distance) {
-        for (int x = std::min(from, to); x < std::max(from, to); x += 6)
-            fill(list_, {x, y, 3, 1}, packed(colour_of(Mark::camera)));
-        figure((from + to) / 2, y, distance);
-    }
-    void line_down(int from, int to, int x, std::int64_t distance) {
-        for (int y = std::min(from, to); y < std::max(from, to); y += 6)
-            fill(list_, {x, y, 1, 3}, packed(colour_of(Mark::camera)));
-        figure(x, (from + to) / 2, distance);
-    }
-    void figure(int x, int y, std::int64_t distance) {
-        const std::string text = text_of(distance);
-        figures_.push_back(
-            {x - text_width(text) / 2 - 3, y - line_height / 2, text, colour_of(Mark::camera)});
+        const Area at = to_picture_.of(scroll.camera->on_destination);
+        const int arm = px(4) + 2 * thickness_;
+        outline(list_, {at.x - arm, at.y - arm, at.width + 2 * arm, at.height + 2 * arm}, thickness_,
+                packed(colour_of(Mark::camera)));
+        fill(list_, at, packed(colour_of(Mark::camera)));
     }
 
     ImDrawList& list_;
@@ -134,6 +108,26 @@ class Overlay {
 };
 
 }  // namespace
+
+std::vector<Measure> measures(const ScrollSurvey& scroll, const Projection& to_picture) {
+    const Rect& room = scroll.region1   ? scroll.region1->rect
+                       : scroll.region2 ? scroll.region2->rect
+                                        : scroll.view;
+    if (room.empty()) return {};
+    const Point point = scroll.camera->on_destination;
+    const Area at = to_picture.of(point), edges = to_picture(room);
+    const Distances far = distances(point, room);
+    const auto across = [&](int from, int to) {
+        return Area{std::min(from, to), at.y + at.height / 2, std::abs(to - from), 1};
+    };
+    const auto down = [&](int from, int to) {
+        return Area{at.x + at.width / 2, std::min(from, to), 1, std::abs(to - from)};
+    };
+    return {{across(edges.x, at.x), far.left},
+            {across(at.x + at.width, edges.x + edges.width), far.right},
+            {down(edges.y, at.y), far.top},
+            {down(at.y + at.height, edges.y + edges.height), far.bottom}};
+}
 
 void draw_overlay(const Survey& survey, const Placement& placed, const Shown& shown, const Area& covered) {
     ImDrawList& list = *ImGui::GetBackgroundDrawList();

@@ -1,11 +1,11 @@
-// The parts of the inspector, drawn into the present frame of ImGui.
+// The parts of the inspector that keep nothing from picture to picture, drawn into the present frame of
+// ImGui.
 #pragma once
 
 #include "host/engine.h"
 #include "player/canvas/canvas.h"
 #include "player/inspector/layout.h"
 #include "player/inspector/marks.h"
-#include "player/inspector/surveyor.h"
 
 namespace player {
 
@@ -18,11 +18,6 @@ void draw_legend(const Area& area, Shown& shown);
 // minimaps.cpp: the map of each plane, what the view shows of it, where it repeats and where it ends.
 // `renew`: look at the maps' pixels again, which costs a little.
 void draw_minimaps(const Area& area, const Survey& survey, host::Engine& engine, Canvas& canvas, bool renew);
-
-// side.cpp: figures, fields and times of each scroll. A field that is changed by hand is changed in the
-// script's data.
-void draw_side(const Area& area, const Survey& survey, host::Engine& engine, const Surveyor& surveyor,
-               bool timed);
 
 // legend.cpp as well: begins a window of ImGui without decoration that fills an area; who begins it ends it.
 void begin_part(const char* name, const Area& area);

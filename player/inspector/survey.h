@@ -96,7 +96,8 @@ struct ScrollSurvey {
     Rect view;  // on the destination; empty while it is not known or there is nothing to draw
     int z = 0;
     int file = 0;
-    bool layered = false;                // the front plane is drawn among the sprites, at the scroll's z
+    // How many sprites lie behind the front plane, when that is drawn among them.
+    std::optional<std::size_t> plane_place;
     std::vector<PlaneSurvey> planes;     // one or two, the front one first
     std::optional<CameraSurvey> camera;  // nothing: the script moves the scroll itself
     std::optional<RegionSurvey> region1;

@@ -52,7 +52,6 @@ void Surveyor::called(std::string_view name, std::span<const std::int32_t> argum
         if (!is_scroll_number(number) || result != number) return;
         Scroll& scroll = scrolls_[static_cast<std::size_t>(number)];
         scroll.flags = arguments[5];
-        scroll.mode = arguments.size() > 6 ? arguments[6] : 0;
         scroll.view = {};
         scroll.times.clear();
         scroll.graphs[1] = 1;  // until the fields, right after a start, have told
@@ -109,22 +108,36 @@ void Surveyor::after_drawing(const __RVKBlit2D__& entry) {
 }
 
 void Surveyor::sorted(const host::BlitQueue& list) {
-    std::vector<SpriteSurvey>* sprites = nullptr;
     if (list.name().empty()) {
         // The main list: a frame begins to be drawn.
         order_.clear();
         for (Scroll& scroll : scrolls_) {
             scroll.drawn = false;
             scroll.sprites.clear();
+            scroll.plane_place.reset();
         }
-        sprites = &screen_sprites_;
+        screen_sprites_ = survey_sprites(list);
     } else if (list.name() == module_list && drawing_ >= 0) {
-        sprites = &scrolls_[static_cast<std::size_t>(drawing_)].sprites;
+        Scroll& scroll = scrolls_[static_cast<std::size_t>(drawing_)];
+        scroll.sprites = survey_sprites(list);
+        scroll.plane_place = place_of_plane(list);
     }
-    if (sprites == nullptr) return;
-    sprites->clear();
+}
+
+std::vector<SpriteSurvey> Surveyor::survey_sprites(const host::BlitQueue& list) const {
+    std::vector<SpriteSurvey> sprites;
     for (const __RVKBlit2D__* entry : list.entries())
-        if (is_sprite(*entry) && entry->bitmap != nullptr) sprites->push_back(survey_sprite(*entry));
+        if (is_sprite(*entry) && entry->bitmap != nullptr) sprites.push_back(survey_sprite(*entry));
+    return sprites;
+}
+
+// The one entry of a scroll's list that is no sprite is its front plane.
+std::optional<std::size_t> Surveyor::place_of_plane(const host::BlitQueue& list) const {
+    const auto& entries = list.entries();
+    const auto plane = std::find_if(entries.begin(), entries.end(),
+                                    [this](const __RVKBlit2D__* entry) { return !is_sprite(*entry); });
+    if (plane == entries.end()) return std::nullopt;
+    return static_cast<std::size_t>(plane - entries.begin());
 }
 
 SpriteSurvey Surveyor::survey_sprite(const __RVKBlit2D__& entry) const {
@@ -192,7 +205,7 @@ void Surveyor::survey_scroll(int number, ScrollSurvey& result) {
     result.drawn = scroll.drawn;
     result.z = engine_.global("scroll", number, "z");
     result.file = scroll.file;
-    result.layered = scroll2d::is_layer_mode(scroll.mode);
+    result.plane_place = scroll.plane_place;
     result.destination_file = scroll.destination_file;
     result.destination_graph = scroll.destination_graph;
     result.on_screen = scroll.destination_graph == 0;

@@ -36,7 +36,6 @@ class Surveyor final : public host::Observer {
     // What the script said when it started or aimed a scroll; the module does not tell it again.
     struct Scroll {
         std::int32_t flags = 0;
-        std::int32_t mode = 0;
         std::int32_t file = 0;
         std::array<std::int32_t, 2> graphs{};  // the second 0: one plane
         std::int32_t destination_file = 0;
@@ -44,6 +43,7 @@ class Surveyor final : public host::Observer {
         Rect view;  // as last scheduled
         bool drawn = false;
         std::vector<SpriteSurvey> sprites;
+        std::optional<std::size_t> plane_place;
         std::vector<float> times;
     };
 
@@ -56,6 +56,8 @@ class Surveyor final : public host::Observer {
     [[nodiscard]] std::optional<CameraSurvey> survey_camera(int number, Point offset) const;
     [[nodiscard]] std::optional<RegionSurvey> survey_region(std::int32_t region,
                                                             const Rect& destination) const;
+    [[nodiscard]] std::vector<SpriteSurvey> survey_sprites(const host::BlitQueue& list) const;
+    [[nodiscard]] std::optional<std::size_t> place_of_plane(const host::BlitQueue& list) const;
     [[nodiscard]] SpriteSurvey survey_sprite(const __RVKBlit2D__& entry) const;
     [[nodiscard]] Rect destination_of(const Scroll& scroll) const;
 

@@ -14,42 +14,48 @@ constexpr ImGuiWindowFlags plain = ImGuiWindowFlags_NoDecoration | ImGuiWindowFl
                                    ImGuiWindowFlags_NoSavedSettings | ImGuiWindowFlags_NoFocusOnAppearing |
                                    ImGuiWindowFlags_NoNav;
 
-void begin_in_middle(const char* name, float width) {
+// As wide as asked for, where the window has that room.
+void begin_in_middle(const char* name, int width) {
     const ImVec2 room = ImGui::GetIO().DisplaySize;
     ImGui::SetNextWindowPos({room.x / 2, room.y / 2}, ImGuiCond_Always, {0.5F, 0.5F});
-    if (width > 0) ImGui::SetNextWindowSize({width, 0});
+    ImGui::SetNextWindowSize({std::min(fpx(width), room.x), 0});
     ImGui::Begin(name, nullptr, plain | ImGuiWindowFlags_AlwaysAutoResize);
+}
+
+void write(Rgba colour, const char* text) {
+    ImGui::PushStyleColor(ImGuiCol_Text, packed(colour));
+    ImGui::TextWrapped("%s", text);
+    ImGui::PopStyleColor();
 }
 
 }  // namespace
 
 void show_keys() {
-    begin_in_middle("keys", 0);
-    ImGui::TextColored(vec(accent), "Keys of the window");
+    begin_in_middle("keys", 480);
+    write(accent, "Keys of the window");
     ImGui::Separator();
-    ImGui::BeginTable("keys", 2, ImGuiTableFlags_SizingFixedFit);
+    ImGui::BeginTable("keys", 2);
+    ImGui::TableSetupColumn("", ImGuiTableColumnFlags_WidthFixed);
+    ImGui::TableSetupColumn("", ImGuiTableColumnFlags_WidthStretch);
     for (const CommandKey& key : command_keys()) {
         ImGui::TableNextColumn();
         ImGui::TextColored(vec(accent), "%s ", key.name);
         ImGui::TableNextColumn();
-        ImGui::TextUnformatted(key.does);
+        write(ink, key.does);
     }
     ImGui::EndTable();
     ImGui::Separator();
-    ImGui::TextColored(vec(faint), "All other keys, and game pads, are the game's.");
+    write(faint, "All other keys, and game pads, are the game's.");
     ImGui::End();
 }
 
 void show_error(const std::string& message) {
-    const float room = ImGui::GetIO().DisplaySize.x;
-    begin_in_middle("error", std::clamp(room - 40, 100.0F, 900.0F));
-    ImGui::TextColored(vec(warning), "The script has stopped");
+    begin_in_middle("error", 900);
+    write(warning, "The script has stopped");
     ImGui::Separator();
-    ImGui::PushTextWrapPos(0);
-    ImGui::TextUnformatted(message.c_str());
-    ImGui::PopTextWrapPos();
+    write(ink, message.c_str());
     ImGui::Separator();
-    ImGui::TextColored(vec(faint), "F5 loads it again, Escape closes the window.");
+    write(faint, "F5 loads it again, Escape closes the window.");
     ImGui::End();
 }
 
@@ -62,8 +68,8 @@ Area note_place(const std::string& text, const Area& room) {
 }
 
 void show_note(const std::string& text, const Area& place) {
-    ImGui::SetNextWindowPos({static_cast<float>(place.x), static_cast<float>(place.y)});
-    ImGui::SetNextWindowSize({static_cast<float>(place.width), static_cast<float>(place.height)});
+    ImGui::SetNextWindowPos(vec(place.x, place.y));
+    ImGui::SetNextWindowSize(vec(place.width, place.height));
     ImGui::SetNextWindowBgAlpha(0.8F);
     ImGui::Begin("note", nullptr, plain | ImGuiWindowFlags_NoInputs);
     ImGui::TextWrapped("%s", text.c_str());

@@ -26,16 +26,16 @@ class Transport {
     }
 
     [[nodiscard]] bool paused() const { return paused_; }
+    // Whether no frame is played until somebody does something.
+    [[nodiscard]] bool stands() const { return failed() || (paused_ && !step_); }
     [[nodiscard]] bool failed() const { return !error_.empty(); }
     [[nodiscard]] const std::string& error() const { return error_; }
 
     // Whether a frame that is due is to be played. A step is used up by it.
     [[nodiscard]] bool take_frame() {
-        if (failed()) return false;
-        if (!paused_) return true;
-        const bool stepping = step_;
+        if (stands()) return false;
         step_ = false;
-        return stepping;
+        return true;
     }
 
   private:

@@ -4,10 +4,14 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
+#include <utility>
 
+#include "player/canvas/style.h"
 #include "player/common/stop.h"
 #include "player/window/panels.h"
 
@@ -15,6 +19,18 @@ namespace player {
 namespace {
 
 constexpr double seconds_between_looks = 0.5;  // at the files of the game
+constexpr int showings_to_settle = 3;          // of panels whose sizes follow what they show
+
+// The display that a window is on.
+int display_of(SDL_Window* window) {
+    return std::max(0, SDL_GetWindowDisplayIndex(window));
+}
+
+Area bounds_of(int display) {
+    SDL_Rect bounds{};
+    SDL_GetDisplayBounds(display, &bounds);
+    return {bounds.x, bounds.y, bounds.w, bounds.h};
+}
 
 // As large as fits well on the desktop, the game's pixels as whole squares.
 Area fitting_size(int display, int width, int height, bool inspecting) {
@@ -22,18 +38,25 @@ Area fitting_size(int display, int width, int height, bool inspecting) {
     if (SDL_GetDisplayUsableBounds(display, &room) != 0) return {0, 0, width, height};
     const Area most{0, 0, room.w * 9 / 10, room.h * 9 / 10};
     if (!inspecting) return place_screen(width, height, most).at;
-    const Area panels = inspected_size(width, height, 1);
+    const int steps = panel_steps(bounds_of(display), most);
+    const Area panels = inspected_size(width, height, 1, steps);
     const Placement placed = place_screen(
         width, height, {0, 0, most.width - panels.width + width, most.height - panels.height + height});
-    return placed.shrunk ? most : inspected_size(width, height, placed.scale);
+    return placed.shrunk ? most : inspected_size(width, height, placed.scale, steps);
 }
 
-SDL_Window* open_window(const Options& options) {
-    const Area size = fitting_size(0, options.width, options.height, options.inspect);
+SDL_Window* open_window(const Area& size) {
     SDL_Window* window = SDL_CreateWindow("", SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, size.width,
                                           size.height, SDL_WINDOW_RESIZABLE);
     if (!window) throw std::runtime_error(std::string("no window can be opened: ") + SDL_GetError());
+    SDL_SetWindowMinimumSize(window, least_window_width, least_window_height);
     return window;
+}
+
+Area size_of(SDL_Window* window) {
+    Area size;
+    SDL_GetWindowSize(window, &size.width, &size.height);
+    return size;
 }
 
 // Full or maximal: how large it is, is not ours to say.
@@ -46,6 +69,11 @@ bool unframed(SDL_Window* window) {
     int top = 0, left = 0, bottom = 0, right = 0;
     return SDL_GetWindowBordersSize(window, &top, &left, &bottom, &right) == 0 &&
            (top | left | bottom | right) == 0;
+}
+
+// Pads tell of every tremble of their sticks.
+bool concerns_panels(const SDL_Event& event) {
+    return event.type < SDL_JOYAXISMOTION || event.type >= SDL_CLIPBOARDUPDATE;
 }
 
 double seconds_now() {
@@ -76,8 +104,11 @@ void Window::Destroy::operator()(SDL_Window* window) const {
     SDL_DestroyWindow(window);
 }
 
-Window::Window(const Options& options) : options_(options), window_(open_window(options)) {
-    inspecting_ = options.inspect;
+Window::Window(const Options& options)
+    : options_(options),
+      given_(fitting_size(0, options.width, options.height, options.inspect)),
+      window_(open_window(given_)),
+      inspecting_(options.inspect) {
     canvas_.emplace(window_.get());
     pacer_ = Pacer(canvas_->locked());
     load();
@@ -87,11 +118,15 @@ Window::~Window() = default;
 
 // ---- Events
 
+// While somebody types the events behind each key have to wait: a panel looks at the keys once a turn, and
+// would miss one that has come up again.
 void Window::take_events() {
     if (stop_signal() != 0) closing_ = true;
     SDL_Event event;
-    while (SDL_PollEvent(&event)) {
+    for (bool go_on = true; go_on && SDL_PollEvent(&event) != 0;) {
+        go_on = event.type != SDL_KEYDOWN || !canvas_->takes_keyboard();
         canvas_->tell(event);
+        if (concerns_panels(event)) showings_due_ = showings_to_settle;
         if (event.type == SDL_QUIT) closing_ = true;
         if (event.type == SDL_KEYDOWN)
             take_key(event);
@@ -151,12 +186,11 @@ void Window::toggle_full_screen() {
         windowed_.reset();
         return;
     }
+    if (!enlarged(window)) note_size();
     SDL_Rect display{};
-    if (!enlarged(window) && unframed(window) &&
-        SDL_GetDisplayBounds(std::max(0, SDL_GetWindowDisplayIndex(window)), &display) == 0) {
-        windowed_.emplace();
+    if (!enlarged(window) && unframed(window) && SDL_GetDisplayBounds(display_of(window), &display) == 0) {
+        windowed_ = size_of(window);
         SDL_GetWindowPosition(window, &windowed_->x, &windowed_->y);
-        SDL_GetWindowSize(window, &windowed_->width, &windowed_->height);
         place_window({display.x, display.y, display.w, display.h});
     }
     SDL_SetWindowFullscreen(window, SDL_WINDOW_FULLSCREEN_DESKTOP);
@@ -181,11 +215,18 @@ void Window::load() {
         inspector_.emplace(session_->game.engine, seconds_now);
         transport_.loaded();
     } catch (const std::exception& error) {
-        transport_.fail(error.what());
+        fail(error);
     }
 }
 
+void Window::fail(const std::exception& error) {
+    transport_.fail(error.what());
+    showings_due_ = showings_to_settle;
+    std::fprintf(stderr, "%s\n", error.what());
+}
+
 void Window::play_frame() {
+    showings_due_ = std::max(showings_due_, 1);
     try {
         session_->game.keys.hold(devices_.take_keys());
         session_->play_frame();
@@ -194,7 +235,7 @@ void Window::play_frame() {
         if (screen_.width != old_width || screen_.height != old_height) fit_window();
         if (inspecting_) inspector_->look();
     } catch (const std::exception& error) {
-        transport_.fail(error.what());
+        fail(error);
         return;
     }
     const bool last = session_->over(options_.frames);
@@ -207,23 +248,31 @@ void Window::play_frame() {
     exit_status_ = session_->game.exit_status;
 }
 
+void Window::note_size() {
+    const Area size = size_of(window_.get());
+    user_sized_ = size.width != given_.width || size.height != given_.height;
+}
+
 // After a change of video mode, or of what is shown. A window that its user has made full or maximal stays as
-// long as it is that.
+// long as it is that, and one that its user has given a size keeps it.
 void Window::fit_window() {
     SDL_Window* window = window_.get();
     if (screen_.pixels.empty()) return;
-    fit_due_ = enlarged(window);
+    const bool was_due = std::exchange(fit_due_, enlarged(window));
     if (fit_due_) return;
-    const int display = std::max(0, SDL_GetWindowDisplayIndex(window));
-    const Area size = fitting_size(display, screen_.width, screen_.height, inspecting_);
+    if (!was_due) note_size();
+    if (user_sized_) return;
+    const int display = display_of(window);
     const int middle = static_cast<int>(SDL_WINDOWPOS_CENTERED_DISPLAY(static_cast<unsigned>(display)));
-    place_window({middle, middle, size.width, size.height});
+    given_ = fitting_size(display, screen_.width, screen_.height, inspecting_);
+    place_window({middle, middle, given_.width, given_.height});
 }
 
 void Window::look_at_files(double now) {
-    if (now < next_look_ || changed_file_) return;
+    if (now < next_look_) return;
     next_look_ = now + seconds_between_looks;
-    changed_file_ = session_ ? session_->game.files_read.changed() : script_only_.changed();
+    if (!changed_file_)
+        changed_file_ = session_ ? session_->game.files_read.changed() : script_only_.changed();
 }
 
 // ---- What is seen
@@ -243,14 +292,17 @@ void Window::write_title() {
 }
 
 void Window::show() {
-    canvas_->begin();
+    if (!seen() || showings_due_ == 0) return;
+    --showings_due_;
+    ++showings_;
+    const Area whole = canvas_->size();
+    canvas_->begin(panel_steps(bounds_of(display_of(window_.get())), whole));
     const bool inspecting = inspecting_ && inspector_;
-    const Area whole{0, 0, canvas_->width(), canvas_->height()};
     std::string note;
     if (transport_.paused() && !transport_.failed())
         note = "paused at frame " + std::to_string(session_->game.frames_drawn) + " - F3 goes on, F4 steps";
     const Area note_at =
-        note_place(note, inspecting ? lay_out_inspector(whole.width, whole.height).game : whole);
+        note_place(note, inspecting ? lay_out_inspector(whole, canvas_->steps()).game : whole);
     if (inspecting)
         inspector_->draw(*canvas_, screen_, note.empty() ? Area{} : note_at);
     else if (!screen_.pixels.empty())
@@ -261,27 +313,43 @@ void Window::show() {
         show_note(note, note_at);
     if (keys_shown_) show_keys();
     canvas_->finish();
-    write_title();
+}
+
+bool Window::seen() const {
+    return (SDL_GetWindowFlags(window_.get()) & (SDL_WINDOW_HIDDEN | SDL_WINDOW_MINIMIZED)) == 0;
+}
+
+// A game that nobody sees stands, unless its frames are written or counted.
+bool Window::plays() const {
+    const bool wanted = seen() || options_.frames || (outputs_ != nullptr && !outputs_->empty());
+    return wanted && !transport_.stands();
 }
 
 bool Window::turn(double now) {
     take_events();
     if (fit_due_) fit_window();
     for (int due = pacer_.due(now); due > 0 && !closing_; --due)
-        if (transport_.take_frame()) play_frame();
+        if (plays() && transport_.take_frame()) play_frame();
     look_at_files(now);
+    write_title();
     show();
     return !closing_;
 }
 
+// Until the next turn. With nothing to play and nothing to show only an event, or a file, can change that.
+void Window::rest(bool shown) {
+    const auto delay = [](double seconds) {
+        return static_cast<int>(std::ceil(1000 * std::max(0.0, seconds)));
+    };
+    const double now = seconds_now();
+    if (!plays() && (showings_due_ == 0 || !seen()))
+        SDL_WaitEventTimeout(nullptr, delay(next_look_ - now));
+    else if (!shown || !canvas_->locked())  // else the display has been waited for
+        SDL_Delay(static_cast<Uint32>(delay(pacer_.wait(now))));
+}
+
 int Window::run() {
-    while (turn(seconds_now())) {
-        const double milliseconds = 1000 * pacer_.wait(seconds_now());
-        // A display that is waited for keeps the time itself; a window that nobody sees is not waited for.
-        const bool seen =
-            (SDL_GetWindowFlags(window_.get()) & (SDL_WINDOW_HIDDEN | SDL_WINDOW_MINIMIZED)) == 0;
-        if (!canvas_->locked() || !seen) SDL_Delay(static_cast<Uint32>(milliseconds));
-    }
+    for (int before = showings_; turn(seconds_now()); before = showings_) rest(showings_ != before);
     return exit_status_;
 }
 

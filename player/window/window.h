@@ -21,8 +21,8 @@ namespace player {
 
 class Window {
   public:
-    // Opens the window and loads the script; an error in that is shown, not thrown. Errors:
-    // std::runtime_error with SDL's reason when no window can be opened.
+    // Opens the window and loads the script; an error of a script is shown, and printed on standard error,
+    // never thrown. Errors: std::runtime_error with SDL's reason when no window can be opened.
     explicit Window(const Options& options);
     Window(const Window&) = delete;
     Window& operator=(const Window&) = delete;
@@ -32,7 +32,7 @@ class Window {
     void deliver_to(const Outputs& outputs) { outputs_ = &outputs; }
 
     // Takes the events that wait, plays the frames that are due at `now` (seconds of a steady clock), and
-    // shows the result. False once the window is to be closed.
+    // shows what is new. False once the window is to be closed.
     bool turn(double now);
     // turn() until that, in real time. Returns the exit status.
     int run();
@@ -45,6 +45,7 @@ class Window {
     [[nodiscard]] bool shows_keys() const { return keys_shown_; }
     [[nodiscard]] bool inspects() const { return inspecting_; }
     [[nodiscard]] int exit_status() const { return exit_status_; }
+    [[nodiscard]] int showings() const { return showings_; }  // how often its picture was drawn
 
   private:
     struct Sdl {
@@ -59,8 +60,13 @@ class Window {
     void take_key(const SDL_Event& event);
     void obey(Command command);
     void load();
+    void fail(const std::exception& error);
+    [[nodiscard]] bool plays() const;
     void play_frame();
+    [[nodiscard]] bool seen() const;
     void show();
+    void rest(bool shown);
+    void note_size();
     void fit_window();
     void place_window(const Area& at);
     void look_at_files(double now);
@@ -70,6 +76,7 @@ class Window {
     Options options_;
     const Outputs* outputs_ = nullptr;
     Sdl sdl_;
+    Area given_;  // the size that the window was given last, but for being full
     std::unique_ptr<SDL_Window, Destroy> window_;
     std::optional<Canvas> canvas_;
     Pacer pacer_;
@@ -77,15 +84,18 @@ class Window {
     Transport transport_;
     std::unique_ptr<Session> session_;
     std::optional<Inspector> inspector_;  // of the session, shown or not
-    bool inspecting_ = false;
+    bool inspecting_;
     Picture screen_;         // what the game drew last; stays when the game is gone
     FileWatch script_only_;  // what to watch while no session does
     std::optional<std::string> changed_file_;
     double next_look_ = 0;
     std::string title_;
+    bool user_sized_ = false;       // has a size that it was not given, when last neither full nor maximal
     bool fit_due_ = false;          // once the window is neither full nor maximal
     std::optional<Area> windowed_;  // where a window was that had to be enlarged to be full
     bool keys_shown_ = false;
+    int showings_due_ = 1;
+    int showings_ = 0;
     bool closing_ = false;
     int exit_status_ = 0;
 };

@@ -37,6 +37,7 @@ class Played {
     void write(const std::string& script) const { std::ofstream(path()) << script; }
     [[nodiscard]] std::string path() const { return folder_ / "game.lua"; }
     Window& window() { return *window_; }
+    [[nodiscard]] SDL_Window* sdl() const { return SDL_GetWindowFromID(1); }  // the first since SDL began
 
     bool turn() {
         now_ += 1 / frames_per_second;
@@ -222,24 +223,52 @@ TEST_CASE("the inspector comes and goes at any moment of a game, and of its erro
     CHECK(played.window().session() == nullptr);
 }
 
-TEST_CASE("what is shown differently during full screen finds its size when the window is back") {
-    const auto shown_with_keys = [](const std::vector<SDL_Keycode>& keys) {
+TEST_CASE("the window is drawn when something new is to be seen, and only while it is seen") {
+    Played played("while true do frame() end");
+    const auto after_turns = [&] {
+        const int before = played.window().showings();
+        for (int i = 0; i < 10; ++i) played.turn();
+        return played.window().showings() - before;
+    };
+    CHECK(after_turns() == 10);
+    played.tap(SDLK_F3);
+    played.turn();
+    CHECK(after_turns() > 0);  // until the panels have settled
+    CHECK(after_turns() == 0);
+    played.tap(SDLK_F1);
+    CHECK(after_turns() > 0);
+    played.tap(SDLK_F3);
+    played.turn();
+    SDL_HideWindow(played.sdl());
+    const int frames = played.frames();
+    CHECK(after_turns() == 0);
+    CHECK(played.frames() == frames);
+    SDL_ShowWindow(played.sdl());
+    CHECK(after_turns() == 10);
+    CHECK(played.frames() == frames + 10);
+    played.write("broken(");
+    played.tap(SDLK_F5);
+    CHECK(after_turns() > 1);  // the message has a size of its own
+}
+
+TEST_CASE("the window fits what it shows, but for the time of full screen, and keeps a size of its user's") {
+    const auto shown = [](const std::vector<SDL_Keycode>& keys, int width = 0) {
         Played played("while true do frame() end");
         played.turn();
+        if (width > 0) SDL_SetWindowSize(played.sdl(), width, 500);
         for (const SDL_Keycode key : keys) {
             played.tap(key);
             played.turn();
         }
         played.turn();
-        SDL_Window* window = SDL_GetWindowFromID(1);  // the first since SDL began
-        REQUIRE(window != nullptr);
-        CHECK((SDL_GetWindowFlags(window) & SDL_WINDOW_FULLSCREEN_DESKTOP) == 0);
-        int width = 0, height = 0;
-        SDL_GetWindowSize(window, &width, &height);
-        return std::vector{width, height};
+        CHECK((SDL_GetWindowFlags(played.sdl()) & SDL_WINDOW_FULLSCREEN_DESKTOP) == 0);
+        SDL_GetWindowSize(played.sdl(), &width, nullptr);
+        return width;
     };
-    const std::vector<int> plain = shown_with_keys({}), inspected = shown_with_keys({SDLK_F2});
+    const int plain = shown({}), inspected = shown({SDLK_F2});
     CHECK(plain != inspected);
-    CHECK(shown_with_keys({SDLK_F11, SDLK_F2, SDLK_F11}) == inspected);
-    CHECK(shown_with_keys({SDLK_F11, SDLK_F2, SDLK_F2, SDLK_F11}) == plain);
+    CHECK(shown({SDLK_F11, SDLK_F2, SDLK_F11}) == inspected);
+    CHECK(shown({SDLK_F11, SDLK_F2, SDLK_F2, SDLK_F11}) == plain);
+    CHECK(shown({SDLK_F2, SDLK_F2}) == plain);
+    CHECK(shown({SDLK_F2}, 700) == 700);
 }
