@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <iostream>
 #include <stdexcept>
 #include <utility>
 
@@ -222,7 +222,7 @@ void Window::load() {
 void Window::fail(const std::exception& error) {
     transport_.fail(error.what());
     showings_due_ = showings_to_settle;
-    std::fprintf(stderr, "%s\n", error.what());
+    std::cerr << error.what() << std::endl;
 }
 
 void Window::play_frame() {
