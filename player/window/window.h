@@ -12,10 +12,9 @@
 #include "player/output/output.h"
 #include "player/script/session.h"
 #include "player/window/commands.h"
+#include "player/window/desktop_window.h"
 #include "player/window/devices.h"
 #include "player/window/transport.h"
-
-struct SDL_Window;
 
 namespace player {
 
@@ -48,14 +47,6 @@ class Window {
     [[nodiscard]] int showings() const { return showings_; }  // how often its picture was drawn
 
   private:
-    struct Sdl {
-        Sdl();
-        ~Sdl();
-    };
-    struct Destroy {
-        void operator()(SDL_Window* window) const;
-    };
-
     void take_events();
     void take_key(const SDL_Event& event);
     void obey(Command command);
@@ -63,22 +54,16 @@ class Window {
     void fail(const std::exception& error);
     [[nodiscard]] bool plays() const;
     void play_frame();
-    [[nodiscard]] bool seen() const;
     void show();
     void rest(bool shown);
-    void note_size();
     void fit_window();
-    void place_window(const Area& at);
     void look_at_files(double now);
     void write_title();
-    void toggle_full_screen();
 
     Options options_;
     const Outputs* outputs_ = nullptr;
-    Sdl sdl_;
-    Area given_;  // the size that the window was given last, but for being full
-    std::unique_ptr<SDL_Window, Destroy> window_;
-    std::optional<Canvas> canvas_;
+    DesktopWindow window_;
+    Canvas canvas_;
     Pacer pacer_;
     Devices devices_;
     Transport transport_;
@@ -90,9 +75,6 @@ class Window {
     std::optional<std::string> changed_file_;
     double next_look_ = 0;
     std::string title_;
-    bool user_sized_ = false;       // has a size that it was not given, when last neither full nor maximal
-    bool fit_due_ = false;          // once the window is neither full nor maximal
-    std::optional<Area> windowed_;  // where a window was that had to be enlarged to be full
     bool keys_shown_ = false;
     int showings_due_ = 1;
     int showings_ = 0;
