@@ -14,6 +14,8 @@ struct TextSize {
 };
 
 inline constexpr int largest_text_scale = 64;
+inline constexpr std::size_t longest_text =
+    10'000;  // characters; what is drawn takes a thousand times the room
 
 // The extent of a text (ASCII; lines end with \n) at a whole-number scale of 1 or more.
 TextSize text_size(const std::string& text, int scale);

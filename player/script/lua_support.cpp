@@ -5,6 +5,8 @@
 #include <exception>
 #include <new>
 
+#include "player/game/text.h"
+
 namespace player {
 namespace {
 
@@ -123,6 +125,13 @@ std::string text_argument(lua_State* L, int index) {
     std::size_t length = 0;
     const char* text = lua_tolstring(L, index, &length);
     return {text, length};
+}
+
+std::string drawn_text_argument(lua_State* L, int index) {
+    const std::string text = text_argument(L, index);
+    if (text.size() <= longest_text) return text;
+    throw Mistake(argument(index) + ": the text is longer than " + std::to_string(longest_text) +
+                  " characters");
 }
 
 Process& process_argument(lua_State* L, int index) {

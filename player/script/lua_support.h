@@ -75,6 +75,8 @@ std::int32_t integer_argument(lua_State* L, int index);
 // An integer argument from `least` to `most`, or `fallback` when it is absent.
 int ranged_argument(lua_State* L, int index, int least, int most, std::optional<int> fallback = {});
 std::string text_argument(lua_State* L, int index);
+// One that is to be drawn: not too long for that.
+std::string drawn_text_argument(lua_State* L, int index);
 // The process at an index, alive or not.
 Process& process_argument(lua_State* L, int index);
 

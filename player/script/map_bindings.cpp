@@ -113,7 +113,7 @@ int line(lua_State* L) {
 }
 
 int map_text(lua_State* L) {
-    draw_text(map_argument(L), integer_argument(L, 3), integer_argument(L, 4), text_argument(L, 5),
+    draw_text(map_argument(L), integer_argument(L, 3), integer_argument(L, 4), drawn_text_argument(L, 5),
               pixel_argument(L, 6, "#ffffff"), ranged_argument(L, 7, 1, largest_text_scale, 1));
     return 0;
 }

@@ -48,13 +48,14 @@ int undefine_region(lua_State* L) {
 }
 
 int text(lua_State* L) {
-    game_of(L).add_text(integer_argument(L, 1), integer_argument(L, 2), text_argument(L, 3),
+    game_of(L).add_text(integer_argument(L, 1), integer_argument(L, 2), drawn_text_argument(L, 3),
                         pixel_argument(L, 4, "#ffffff"), ranged_argument(L, 5, 1, largest_text_scale, 1));
     return 0;
 }
 
 int measure_text(lua_State* L) {
-    const TextSize size = text_size(text_argument(L, 1), ranged_argument(L, 2, 1, largest_text_scale, 1));
+    const TextSize size =
+        text_size(drawn_text_argument(L, 1), ranged_argument(L, 2, 1, largest_text_scale, 1));
     return push_pair(L, size.width, size.height);
 }
 

@@ -24,17 +24,19 @@ TEST_CASE("the closest name") {
 
 TEST_CASE("a demo is found by the end of its path, and a mistyped one named") {
     const fs::path root = fs::temp_directory_path() / ("demos" + std::to_string(std::random_device{}()));
-    const fs::path demos = root / "demos";
-    for (const char* name : {"main.lua", "fade.lua", "guide/fade.lua", "guide/sky.lua", "lib/hand.lua"}) {
-        fs::create_directories((demos / name).parent_path());
+    const fs::path demos = root / "demos", here = fs::current_path(), elsewhere = root / "elsewhere";
+    for (const auto& folder : {demos / "guide", demos / "lib", elsewhere}) fs::create_directories(folder);
+    for (const char* name : {"main.lua", "guide/fade.lua", "guide/sky.lua", "lib/hand.lua", "../own.lua"})
         std::ofstream(demos / name) << "quit()";
-    }
-    std::ofstream(root / "own.lua") << "quit()";
-    const fs::path here = fs::current_path();
-    fs::create_directory(root / "elsewhere");
-    fs::current_path(root / "elsewhere");
-    const auto found = [&](const std::string& asked) {
-        return fs::path(find_script(asked, demos)).lexically_relative(root);
+    std::ofstream(demos / "fade.lua") << "-- Fades\n-- out. And more\nquit()\n-- no";
+    fs::current_path(elsewhere);
+    // The path that is found below the root, or what is said.
+    const auto found = [&](const std::string& asked) -> std::string {
+        try {
+            return fs::path(find_script(asked, demos)).lexically_relative(root);
+        } catch (const std::exception& error) {
+            return error.what();
+        }
     };
     for (const char* asked : {"main", "main.lua", "demos/main", "demos/main.lua", "./main"})
         CHECK(found(asked) == "demos/main.lua");
@@ -42,25 +44,14 @@ TEST_CASE("a demo is found by the end of its path, and a mistyped one named") {
         CHECK(found(asked) == "demos/guide/sky.lua");
     CHECK(found("guide/fade") == "demos/guide/fade.lua");
     CHECK(found((root / "own").string()) == "own.lua");
-
-    const auto message = [&](const std::string& asked) -> std::string {
-        try {
-            return "found " + find_script(asked, demos);
-        } catch (const std::exception& error) {
-            return error.what();
-        }
-    };
-    CHECK(message("demos/mian.lua") == "no such script: demos/mian.lua; did you mean demos/main.lua?");
-    CHECK(message("mian") == "no such script: mian; did you mean main?");
-    CHECK(
-        message((root / "onw.lua").string()).ends_with("did you mean " + (root / "own.lua").string() + "?"));
-    CHECK(message("demos/guide/cup") == "no such script: demos/guide/cup");
-    CHECK(message("nothing_like_it") == "no such script: nothing_like_it");
-    CHECK(message("hand") == "no such script: hand");
-    std::ofstream(demos / "fade.lua") << "-- Fades\n-- out. And more\nquit()\n-- no";
+    CHECK(found("demos/mian.lua") == "no such script: demos/mian.lua; did you mean demos/main.lua?");
+    CHECK(found("mian") == "no such script: mian; did you mean main?");
+    CHECK(found((root / "onw.lua").string()).ends_with("did you mean " + (root / "own.lua").string() + "?"));
+    for (const char* unknown : {"demos/guide/cup", "nothing_like_it", "hand"})
+        CHECK(found(unknown) == std::string("no such script: ") + unknown);
+    CHECK(found("fade").starts_with("more than one script is called fade: "));
+    CHECK(found(root.string()).starts_with("no such script"));
     CHECK(list_of(demos) == "fade                Fades out.\nmain\n");
-    CHECK(message("fade").starts_with("more than one script is called fade: "));
-    CHECK(message(root.string()).starts_with("no such script"));
     fs::current_path(here);
     fs::remove_all(root);
 }
