@@ -7,6 +7,7 @@
 
 #include "tests/module/allocation.h"
 #include "tests/module/module_fixture.h"
+#include "tests/replaced.h"
 
 namespace {
 
@@ -123,6 +124,25 @@ TEST_CASE_FIXTURE(
     start(0, 2, 0, 1);
     CHECK(script(0, "graph1") == 2);
     CHECK(script(0, "x0") == 20);
+}
+
+TEST_CASE_FIXTURE(LimitsFixture, "a slot may call the module: what was at work goes on with its own scroll") {
+    start(0, 1, 0, 1);
+    start(1, 1, 0, 1);
+    script(0, "camera") = host::Processes::id_of(engine.processes().create(host::screen_coordinates));
+    const Replaced<&ProcessServices::ProcessExists> exists(engine.process_services(), [&](std::int32_t) {
+        return call("scroll_refresh", {1});  // 1: it is there
+    });
+    CHECK(call("scroll_move", {0}) == 1);
+    CHECK(plane(1, 0) == Position{0, 0});
+    CHECK(plane(1, 1) == Position{20, 20});
+    const Replaced<&Graphics2DInterface::GetMap> get_map(graphics(),
+                                                         [&](std::int32_t file, std::int32_t graph) {
+                                                             services().StopScroll(1);
+                                                             return get_map.original(file, graph);
+                                                         });
+    CHECK(call("scroll_set_destination", {1, 0, 0, -1}) == 1);
+    CHECK(script(1, "x0") == 0);  // not what it was at
 }
 
 }  // namespace
