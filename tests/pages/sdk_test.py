@@ -17,6 +17,10 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 BUILD = pathlib.Path(os.environ.get("BUILD", ROOT / "build/release"))
 SDK, WORK = BUILD / "sdk", BUILD / "sdk_test"
 PAGES, MODULE = SDK / "share/doc/RVK_mod_scroll2D", SDK / "lib/rvk/RVK_mod_scroll2D.so"
+COMPILERS = (("gcc", ".c", "c99", "c11"), ("clang", ".c", "c99", "c11"),
+             ("g++", ".cpp", "c++11", "c++20"), ("clang++", ".cpp", "c++11", "c++20"))
+WARNINGS = ("-Wall -Wextra -Wpedantic -pedantic-errors -Wconversion -Wshadow -Wcast-qual -Wundef -Wredundant-decls -Werror").split()
+WRONG_TARGET = "RVK_mod_scroll2D is for targets with pointers of 4 bytes: compile with -m32"
 EXAMPLES = "one_page_host", "sprites_host"
 
 
@@ -67,6 +71,19 @@ class Sdk(Case):
             name = str(path.relative_to(SDK))
             self.assertTrue(path.is_dir() or any(name.startswith(entry) for entry in listed), name)
         self.assertTrue(all((SDK / entry).exists() for entry in listed), listed)
+
+    def test_strangers_compile_the_headers_without_a_word_and_are_told_of_a_wrong_target(self):
+        source = WORK / "host"
+        text = ("#include <rvk/host_check.h>\nint missing(const HostRuntime* r, const ExportRegistrar* e);\n"
+                "int missing(const HostRuntime* r, const ExportRegistrar* e)\n"
+                "{ return rvk_missing_slot(r, 1) || rvk_missing_registrar_slot(e); }\n")
+        for compiler, ending, *standards in COMPILERS:
+            source.with_suffix(ending).write_text(text)
+            for standard in standards if shutil.which(compiler) else ():
+                words = compiler, f"-std={standard}", "-fsyntax-only", "-I", SDK / "include", source.with_suffix(ending)
+                self.assertEqual(run(*words, "-m32", *WARNINGS), (0, ""), words)
+                status, output = run(*words, "-m64")
+                self.assertEqual((status != 0, output.count("error:"), WRONG_TARGET in output), (True, 1, True), output)
 
     def test_the_installed_examples_draw_what_the_guide_shows(self):
         for example in EXAMPLES:
