@@ -1,7 +1,6 @@
 #include <array>
 #include <cstdio>
 #include <filesystem>
-#include <regex>
 
 #include "player/output/contact_sheet.h"
 #include "player/output/output.h"
@@ -18,9 +17,10 @@ std::string shot_name(int frame) {
 }
 
 bool is_shot(const fs::directory_entry& entry) {
-    static const std::regex name("frame_[0-9]{5,}[.]png");
+    const std::string name = entry.path().filename().string();
+    int frame = 0;
     return fs::is_regular_file(entry.symlink_status()) &&
-           std::regex_match(entry.path().filename().string(), name);
+           std::sscanf(name.c_str(), "frame_%d", &frame) == 1 && name == shot_name(frame);
 }
 
 class Shots final : public Output {
