@@ -1,11 +1,14 @@
 #include "player/common/picture.h"
 
 #include <algorithm>
+#include <new>
 
 namespace player {
 
 Picture::Picture(int w, int h, Rgba fill) : host::Image{w, h, {}} {
-    pixels.resize(static_cast<std::size_t>(w) * static_cast<std::size_t>(h), fill);
+    // A large screen, enlarged, may have more pixels than a size_t of 32 bits can count.
+    if (std::int64_t{w} * h > static_cast<std::int64_t>(pixels.max_size())) throw std::bad_alloc();
+    pixels.resize(place(0, h), fill);
 }
 
 void paste(Picture& target, const Picture& source, int x, int y) {

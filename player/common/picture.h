@@ -22,7 +22,7 @@ struct Picture : host::Image {
 
     Picture() = default;
     explicit Picture(host::Image image) : host::Image(std::move(image)) {}
-    Picture(int w, int h, Rgba fill = {});
+    Picture(int w, int h, Rgba fill = {});  // std::bad_alloc when no memory could hold it
 
     [[nodiscard]] bool indexed() const { return !indices.empty(); }
     [[nodiscard]] std::size_t place(int x, int y) const {
