@@ -3,6 +3,7 @@
 #include <doctest/doctest.h>
 
 #include <cstdint>
+#include <utility>
 
 #include "tests/model/lockstep.h"
 
@@ -37,15 +38,13 @@ void visit_ring(std::int32_t width, std::int32_t height, std::int32_t bits_per_p
 }
 
 TEST_CASE("every shift from every ring position leaves what a fill would, and leads back") {
-    const struct {
-        std::int32_t width, height;
-    } views[] = {{2, 2}, {3, 4}, {4, 3}, {5, 2}, {2, 5}, {9, 4}, {6, 6}};
-    for (const auto& view : views)
+    using Size = std::pair<std::int32_t, std::int32_t>;
+    for (const Size& view : {Size{2, 2}, {3, 4}, {4, 3}, {5, 2}, {2, 5}, {9, 4}, {6, 6}})
         for (const std::int32_t bits_per_pixel : {8, 16, 32}) {
-            CAPTURE(view.width);
-            CAPTURE(view.height);
+            CAPTURE(view.first);
+            CAPTURE(view.second);
             CAPTURE(bits_per_pixel);
-            REQUIRE_NOTHROW(visit_ring(view.width, view.height, bits_per_pixel));
+            REQUIRE_NOTHROW(visit_ring(view.first, view.second, bits_per_pixel));
         }
 }
 

@@ -137,8 +137,8 @@ void check_rules(const Scene<Pixel>& scene, const Look& look) {
     });
 }
 
-template <class Pixel>
-void check_depth() {
+TEST_CASE_TEMPLATE("every build lays every rule as its equation says", Pixel, std::uint8_t, std::uint16_t,
+                   std::uint32_t) {
     std::mt19937 random(sizeof(Pixel));
     for (std::int32_t width = 1; width <= kWidest; ++width) {
         const Scene<Pixel> scene(width, random);
@@ -154,16 +154,6 @@ void check_depth() {
                     check_rules<Pixel, KeyedRules>(scene, {sizeof(Pixel), 2, alpha, front_alpha, back_alpha});
                 }
     }
-}
-
-TEST_CASE("every build lays every rule as its equation says: 8 bits") {
-    check_depth<std::uint8_t>();
-}
-TEST_CASE("every build lays every rule as its equation says: 16 bits") {
-    check_depth<std::uint16_t>();
-}
-TEST_CASE("every build lays every rule as its equation says: 32 bits") {
-    check_depth<std::uint32_t>();
 }
 
 }  // namespace
