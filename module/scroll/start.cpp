@@ -108,18 +108,23 @@ std::int32_t start(const Arguments& a, const Maps& maps, const __RVKRegion__* re
     r.region = a.region;
     r.mode = a.mode;
     store_view(r, starting_view(region, look_up_destination(r)));
-    // Afresh: ending processes and looking maps up is the host's work, and it may move its data.
+    // Afresh: ending processes and looking maps up is the host's work. It may move its data and take maps
+    // away.
     select_scroll(a.num);
+    const MapRecord* const front = usable_bitmap(maps.front);
+    const MapRecord* const back = usable_bitmap(maps.back);
     if (stored_view(r).empty()) return fail(name, error_empty_view, 5, a.region);
+    if (front == nullptr) return fail(name, error_no_map, 3, a.graph1);
 
-    if (!set_up_plane(1, *maps.front->bitmap)) return fail(name, error_no_memory, 0, buffer_size(r).bytes);
-    if (maps.back != nullptr && !set_up_plane(2, *maps.back->bitmap)) {
+    if (!set_up_plane(1, *front)) return fail(name, error_no_memory, 0, buffer_size(r).bytes);
+    if (back != nullptr && !set_up_plane(2, *back)) {
         free_buffers(r);
         return fail(name, error_no_memory, 0, 0);
     }
 
     r.active = 1;
-    r.planes = maps.back != nullptr ? 2 : 1;
+    r.planes = back != nullptr ? 2 : 1;
+    if (back == nullptr) r.graph2 = 0;
     _scroll_->file = r.file;
     _scroll_->graph1 = r.graph1;
     _scroll_->graph2 = r.graph2;

@@ -115,15 +115,21 @@ TEST_CASE("what ends all scrolls gives their buffers back from scroll 9 down to 
 }
 
 // A process may be deleted by a start, and its end may have consequences in the host.
-TEST_CASE_FIXTURE(
-    LimitsFixture,
-    "a start finds the script's globals wherever they are once the processes of before have ended") {
-    start(0, 1, 0, 1);
-    engine.processes().create(host::scroll_coordinates);
-    engine.processes().on_delete = [&](std::int32_t) { engine.move_globals(); };
-    start(0, 2, 0, 1);
+TEST_CASE_FIXTURE(LimitsFixture,
+                  "a start goes by what is there once the processes of before have ended: globals, maps") {
+    const auto start_while = [&](std::int32_t graph1, std::int32_t graph2, auto in_between) {
+        start(0, 1, 0, 1);
+        engine.processes().create(host::scroll_coordinates);
+        engine.processes().on_delete = [&](std::int32_t) { in_between(); };
+        return call("scroll_start", {0, kFile, graph1, graph2, 1, 0});
+    };
+    CHECK(start_while(2, 0, [&] { engine.move_globals(); }) == 0);
     CHECK(script(0, "graph1") == 2);
     CHECK(script(0, "x0") == 20);
+    CHECK(start_while(1, 2, [&] { at(2).record().pixels = nullptr; }) == 0);
+    CHECK(draw());
+    CHECK(start_while(1, 0, [&] { at(1).record().pixels = nullptr; }) == host::failure);
+    CHECK(errors() == std::vector<ScriptError>{{112, "SCROLL_START", 0, 3, 1}});
 }
 
 TEST_CASE_FIXTURE(LimitsFixture, "a slot may call the module: what was at work goes on with its own scroll") {
