@@ -3,7 +3,7 @@
 #
 # usage: endings.sh PLAYER
 set -uo pipefail
-player=$1 runner=
+player=$(realpath "$1") runner= waiting=()
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 cd "$scratch" || exit
@@ -40,19 +40,25 @@ done
 [[ $(tail -c 8 film.png | head -c 4) == IEND && -s shots/frame_00004.png ]] || fail "pictures are lost with the memory"
 
 # ---- Turns that do not end: with pcall around, in coroutines, while they make processes, in C, where no hooks run
-for turn in 'while true do pcall(function() while true do end end) end' \
-    'while true do coroutine.resume(coroutine.create(function() while true do end end)) end' \
-    '("a"):rep(30000):find((".-"):rep(8) .. "b")' \
-    'kept = setmetatable({}, {__gc = function() while true do end end}) quit()'; do
-    ends 1 '^script.lua:2: this turn has taken 0.2 s of' --turn-limit 0.2 --record film.png <<< $'frame(4);\n'"$turn"
-    [[ $(tail -c 8 film.png | head -c 4) == IEND ]] || fail "the film has no end"
-done
-ends 1 '^script.lua:1: process: no more than 10000 processes can' <<< 'local function f() process(f) end process(f)'
-runner='timeout --preserve-status 1'
-for turn in 'while true do end' 'io.read()'; do
-    ends 143 '^script.lua:2: stopped here' --turn-limit 99 <<< $'frame(4);\n'"$turn"
-done
+# endless STATUS PATTERN TURN [OPTION...]: beside the others, since most of its time is spent in waiting
+endless() {
+    (
+        cd "$(mktemp -d -p .)" || exit
+        ends "$1" "$2" --record film.png "${@:4}" <<< $'frame(4);\n'"$3"
+        [[ $(tail -c 8 film.png | head -c 4) == IEND ]] || fail "the film has no end"
+    ) &
+    waiting+=($!)
+}
+late='^script.lua:2: this turn has taken 0.2 s of .*more\)'$'\n'
+endless 1 "${late}stack" 'while true do pcall(function() while true do end end) end' --turn-limit 0.2
+endless 1 "${late}stack" 'while true do coroutine.resume(coroutine.create(function() while true do end end)) end' --turn-limit 0.2
+endless 1 "${late}It does" '("a"):rep(30000):find((".-"):rep(8) .. "b")' --turn-limit 0.2
+endless 1 "${late}It does" 'kept = setmetatable({}, {__gc = function() while true do end end}) quit()' --turn-limit 0.2
+runner='timeout --preserve-status 3'
+endless 143 '^script.lua:2: stopped here'$'\n''stack' 'while true do end' --turn-limit 99
+endless 143 '^script.lua:2: stopped here'$'\n''It does' 'io.read()' --turn-limit 99
 runner=
+ends 1 '^script.lua:1: process: no more than 10000 processes can' <<< 'local function f() process(f) end process(f)'
 
 # ---- Finalizers at the end may ask for anything
 ends 0 '^$' <<'LUA'
@@ -108,3 +114,4 @@ scroll_stop(0) scroll_start(0, 1, 11, 0, -1, 0)
 unload_map(1, 11) new_map(1, 11, 99, 99)
 frame() quit()
 LUA
+for each in "${waiting[@]}"; do wait "$each" || exit; done
