@@ -54,7 +54,7 @@ endless 1 "${late}stack" 'while true do pcall(function() while true do end end) 
 endless 1 "${late}stack" 'while true do coroutine.resume(coroutine.create(function() while true do end end)) end' --turn-limit 0.2
 endless 1 "${late}It does" '("a"):rep(30000):find((".-"):rep(8) .. "b")' --turn-limit 0.2
 endless 1 "${late}It does" 'kept = setmetatable({}, {__gc = function() while true do end end}) quit()' --turn-limit 0.2
-runner='timeout --preserve-status -k 20 3'
+runner='timeout --foreground --preserve-status -k 20 3'
 endless 143 '^script.lua:2: stopped here'$'\n''stack' 'while true do end' --turn-limit 99
 endless 143 '^script.lua:2: stopped here'$'\n''It does' 'io.read()' --turn-limit 99
 runner='timeout -k 1 30'
