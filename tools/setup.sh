@@ -132,7 +132,7 @@ run_build() {
         cmake --build "$@" >&2 < /dev/null
         return
     fi
-    cmake --build "$@" 2>&1 < /dev/null | tee "$log" | every_tenth >&2
+    cmake --build "$@" 2>&1 < /dev/null | tee "$log" | every_tenth | tee -a "$SCROLL2D_ROOT/build/.lock" >&2
     status=${PIPESTATUS[0]}
     ((status == 0)) || grep -vE '^(\[[0-9]+/[0-9]+\]|--) ' "$log" >&2
     return "$status"
