@@ -1,5 +1,4 @@
 // Replays the games that fuzzing has found worth keeping.
-#define DOCTEST_CONFIG_IMPLEMENT_WITH_MAIN
 #include <doctest/doctest.h>
 
 #include <cstdint>

@@ -1,10 +1,10 @@
 // The host as a world: loading, calls, globals, files, regions, and its watch over the contract. Lists of
 // processes and of blit entries are what the module's random games lean on.
-#define DOCTEST_CONFIG_IMPLEMENT_WITH_MAIN
 #include <doctest/doctest.h>
 #include <unistd.h>
 
 #include <cstdlib>
+#include <utility>
 
 #include "host/engine.h"
 

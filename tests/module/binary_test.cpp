@@ -1,5 +1,4 @@
 // The finished file: what it needs, what it shows, and that any caller may enter it.
-#define DOCTEST_CONFIG_IMPLEMENT_WITH_MAIN
 #include <doctest/doctest.h>
 
 #include <cstdio>

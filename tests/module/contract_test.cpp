@@ -1,6 +1,5 @@
 // What games beside the model do not show: the order of a function's tests and of the calls into the host,
 // what a host may answer only now and then, and numbers at the very edge.
-#define DOCTEST_CONFIG_IMPLEMENT_WITH_MAIN
 #include <doctest/doctest.h>
 
 #include <climits>

@@ -1,6 +1,5 @@
 // Numbers at the end of their range, sizes beyond memory, and what the module owes the host at the end: what
 // random games meet too seldom or do not look at.
-#define DOCTEST_CONFIG_IMPLEMENT_WITH_MAIN
 #include <doctest/doctest.h>
 
 #include <climits>

@@ -1,6 +1,5 @@
 // Random games: the module and the model must agree after every step. A failure names its seed; the game of
 // one seed is played alone with SCROLL2D_SEED=seed; SCROLL2D_EFFORT=20 plays a fifth of the games.
-#define DOCTEST_CONFIG_IMPLEMENT_WITH_MAIN
 #include <doctest/doctest.h>
 
 #include <cstdint>

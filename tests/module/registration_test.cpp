@@ -1,5 +1,4 @@
 // What the module declares to a host, and what it does in its init hook.
-#define DOCTEST_CONFIG_IMPLEMENT_WITH_MAIN
 #include <dlfcn.h>
 #include <doctest/doctest.h>
 

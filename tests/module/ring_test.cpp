@@ -1,5 +1,4 @@
 // Every shift from every place of a ring's read pointer, beside the model.
-#define DOCTEST_CONFIG_IMPLEMENT_WITH_MAIN
 #include <doctest/doctest.h>
 
 #include <cstdint>

@@ -1,6 +1,5 @@
 // Every build of the loops over rows, called by name, under every rule that a scroll can ask for, at every
 // width up to a few groups of pixels, against the equations.
-#define DOCTEST_CONFIG_IMPLEMENT_WITH_MAIN
 #include <doctest/doctest.h>
 
 #include <cstdint>

@@ -1,6 +1,5 @@
 // The product's branch-free pixel rules against the equations, over all operands of a channel. Whole pixels,
 // where a carry from one channel into the next would show, are rows_test's.
-#define DOCTEST_CONFIG_IMPLEMENT_WITH_MAIN
 #include <doctest/doctest.h>
 
 #include <algorithm>
