@@ -53,7 +53,7 @@ struct Canvas::Parts {
     Owned<ImGuiContext> panels;
 
     // Lays a picture into a texture, which is made anew when it has another size.
-    void update(Owned<SDL_Texture>& texture, const Picture& picture) {
+    void update(Owned<SDL_Texture>& texture, const Picture& picture) const {
         if (!has_size(texture.get(), picture.width, picture.height))
             texture.reset(made(SDL_CreateTexture(renderer.get(), SDL_PIXELFORMAT_RGBA32,
                                                  SDL_TEXTUREACCESS_STATIC, picture.width, picture.height),
