@@ -128,7 +128,7 @@ std::string text_argument(lua_State* L, int index) {
 }
 
 std::string drawn_text_argument(lua_State* L, int index) {
-    const std::string text = text_argument(L, index);
+    std::string text = text_argument(L, index);
     if (text.size() <= longest_text) return text;
     throw Mistake(argument(index) + ": the text is longer than " + std::to_string(longest_text) +
                   " characters");
