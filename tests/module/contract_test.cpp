@@ -89,6 +89,15 @@ TEST_CASE_FIXTURE(ContractFixture,
     CHECK(shows(kView, *engine.files().find_map(kFile, 2), {0, 0}));
 }
 
+TEST_CASE_FIXTURE(ContractFixture, "a destination in file 0 is looked up again like any other") {
+    start(0, 1);
+    engine.files().create_map(0, 1, 2 * kWidth, 2 * kHeight);
+    CHECK(call("scroll_set_destination", {0, 0, 1, -1}) == 1);
+    CHECK(draw());
+    engine.files().unload_map(0, 1);
+    CHECK_FALSE(draw());
+}
+
 TEST_CASE_FIXTURE(ContractFixture, "any count of arguments but seven means six, and mode 0") {
     host::Map& holed = map(5, kWidth, kHeight);
     holed.set_pixel(0, 0, 0);

@@ -2,6 +2,7 @@
 // width up to a few groups of pixels, against the equations.
 #include <doctest/doctest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <random>
 #include <vector>
@@ -152,6 +153,14 @@ TEST_CASE_TEMPLATE("every build lays every rule as its equation says", Pixel, st
                                                     {sizeof(Pixel), 0, alpha, front_alpha, back_alpha});
                     check_rules<Pixel, KeyedRules>(scene, {sizeof(Pixel), 2, alpha, front_alpha, back_alpha});
                 }
+    }
+}
+
+TEST_CASE("the widest unit that may be taken is taken, of those that the processor has") {
+    const VectorUnit best = scroll2d::vector_unit();
+    for (const VectorUnit widest : {VectorUnit::sse2, VectorUnit::sse4, VectorUnit::avx2}) {
+        scroll2d::widest_unit = widest;
+        CHECK(scroll2d::vector_unit() == std::min(widest, best));
     }
 }
 
