@@ -94,6 +94,8 @@ TEST_CASE_FIXTURE(ContractFixture, "a destination in file 0 is looked up again l
     engine.files().create_map(0, 1, 2 * kWidth, 2 * kHeight);
     CHECK(call("scroll_set_destination", {0, 0, 1, -1}) == 1);
     CHECK(draw());
+    engine.files().create_map(0, 1, 2 * kWidth, 2 * kHeight);  // in place of the first
+    CHECK(draw());
     engine.files().unload_map(0, 1);
     CHECK_FALSE(draw());
 }
