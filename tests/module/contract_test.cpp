@@ -171,6 +171,10 @@ TEST_CASE_FIXTURE(ContractFixture, "a refresh asks GetFile about a changed file 
         CHECK(call("scroll_refresh", {0}) == row.result);
         CHECK(asked == row.asked);
     }
+    asked.clear();
+    script(1, "file") = 2;  // an idle scroll
+    CHECK(call("scroll_refresh", {1}) == 0);
+    CHECK(asked.empty());
 }
 
 TEST_CASE_FIXTURE(ContractFixture,

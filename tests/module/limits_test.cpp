@@ -65,6 +65,18 @@ TEST_CASE_FIXTURE(LimitsFixture,
     }
 }
 
+TEST_CASE_FIXTURE(LimitsFixture, "a shortage is told once, and again after a draw") {
+    start(0, 1, 0, 1);
+    memory.fail(1, true);
+    for (int round = 0; round < 2; ++round) {
+        region(1, {8, 49, 4, 27});
+        for (int frame = 0; frame < 2; ++frame) CHECK_FALSE(draw());
+        CHECK(errors().size() == 1);
+        region(1, kView);
+        CHECK(draw());
+    }
+}
+
 TEST_CASE("numbers at the ends of their range neither trap nor reach outside") {
     constexpr std::int32_t kEnds[] = {INT_MIN, INT_MIN + 1, -1, 0, 1, INT_MAX - 1, INT_MAX};
     for (const host::Fence fence : {host::Fence::after, host::Fence::before}) {
