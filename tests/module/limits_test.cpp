@@ -160,6 +160,11 @@ TEST_CASE_FIXTURE(LimitsFixture, "a slot may call the module: what was at work g
                                                          });
     CHECK(call("scroll_set_destination", {1, 0, 0, -1}) == 1);
     CHECK(script(1, "x0") == 0);  // not what it was at
+    const Replaced<&ProcessServices::ProcessExists> stops(engine.process_services(), [&](std::int32_t) {
+        services().StopScroll(0);
+        return 1;
+    });
+    CHECK_FALSE(draw());
 }
 
 }  // namespace
