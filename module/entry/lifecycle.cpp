@@ -4,6 +4,7 @@
 
 #include "module/buffer/buffer.h"
 #include "module/render/render.h"
+#include "module/render/vector_unit.h"
 #include "module/scroll/scroll.h"
 #include "module/state/host_lookups.h"
 #include "module/state/routine_pointers.h"
@@ -43,6 +44,7 @@ void RVK_mod_scroll2D_init() {
     for (ScrollRecord& r : scroll_sys) reset_record(r, g.ScreenMap);
     _scroll_offset_ = rvkre->GlobalOffset(0, "scroll.camera");
     set_scroll2D_drawing_routines();
+    find_vector_units();
 }
 
 void RVK_mod_scroll2D_frame() {

@@ -8,14 +8,12 @@
 
 namespace scroll2d {
 
-// What becomes part of a vector loop; a vector loop for one unit, with all that it calls; and what runs for a
-// few pixels only and has to be small. In builds without optimisation these are plain functions.
+// What becomes part of a vector loop, and what runs for a few pixels only and has to be small. In builds
+// without optimisation these are plain functions.
 #if defined(__OPTIMIZE__)
 #define SCROLL2D_PART_OF_LOOP __attribute__((always_inline))
-#define SCROLL2D_VECTOR_LOOP(unit) __attribute__((target(unit), flatten, noinline))
 #else
 #define SCROLL2D_PART_OF_LOOP
-#define SCROLL2D_VECTOR_LOOP(unit)
 #endif
 #if defined(__OPTIMIZE__) && !defined(__clang__)
 #define SCROLL2D_SMALL __attribute__((optimize("O2"), noinline))

@@ -7,44 +7,15 @@
 
 #include "module/render/pixel_rules.h"
 #include "module/render/plane_rows.h"
-#include "module/render/row_loops.h"
+#include "module/render/vector_builds.h"
 #include "module/render/vector_unit.h"
 
 namespace scroll2d {
 
-// One build for each vector unit. The loop over the rows belongs to it: on a row of 320 bytes a call would
-// cost as much as a quarter of the pixels.
-template <class... Arguments>
-SCROLL2D_VECTOR_LOOP("avx2")
-void lay_rows_avx2(const Arguments&... arguments) {
-    lay_rows_in_groups<32>(arguments...);
-}
-template <class... Arguments>
-SCROLL2D_VECTOR_LOOP("sse4.1")
-void lay_rows_sse4(const Arguments&... arguments) {
-    lay_rows_in_groups<16>(arguments...);
-}
-template <class... Arguments>
-SCROLL2D_VECTOR_LOOP("sse2")
-void lay_rows_sse2(const Arguments&... arguments) {
-    lay_rows_in_groups<16>(arguments...);
-}
-
-// Takes the best build that this processor runs. One call for the three, by its address, keeps the code of
-// each rule small.
-template <class... Arguments>
-void lay_rows_in_vectors(const Arguments&... arguments) {
-    const VectorUnit unit = vector_unit();
-    const auto lay = unit == VectorUnit::avx2   ? lay_rows_avx2<Arguments...>
-                     : unit == VectorUnit::sse4 ? lay_rows_sse4<Arguments...>
-                                                : lay_rows_sse2<Arguments...>;
-    lay(arguments...);
-}
-
 // Lays the rows of one plane, or of the front plane and the back plane, over those of the destination.
 template <class Rule, class Destination, class... Source>
 void lay_rows(std::int32_t height, std::int32_t width, Rule rule, const Destination& d, const Source&... s) {
-    lay_rows_in_vectors(height, width, rule, d, s...);
+    lay_rows_by(vector_unit(), height, width, rule, d, s...);
 }
 
 // Pixels that are only copied are bytes at every depth, so one loop serves them all. A call of memcpy pays on
@@ -57,8 +28,8 @@ void lay_rows(std::int32_t height, std::int32_t width, Copy<Pixel>, const Destin
     if (bytes > longest_short_row) {
         for (std::int32_t row = 0; row < height; ++row) std::memcpy(d[row], s[row], bytes);
     } else {
-        lay_rows_in_vectors(height, static_cast<std::int32_t>(bytes), Copy<std::uint8_t>{}, d.in_bytes(),
-                            s.in_bytes());
+        lay_rows_by(vector_unit(), height, static_cast<std::int32_t>(bytes), Copy<std::uint8_t>{},
+                    d.in_bytes(), s.in_bytes());
     }
 }
 

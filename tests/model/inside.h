@@ -9,6 +9,7 @@ namespace model {
 struct Inside {
     const scroll2d::ScrollRecord* records;  // of the ten scrolls
     scroll2d::VectorUnit* widest_unit;
+    scroll2d::VectorUnit (*vector_unit)();
 };
 
 }  // namespace model

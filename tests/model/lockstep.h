@@ -43,7 +43,7 @@ class Lockstep {
     // Of a module that was linked for tests the records are compared too, and `widest` limits its vector
     // unit.
     Lockstep(const host::Options& options, const std::filesystem::path& module,
-             scroll2d::VectorUnit widest = scroll2d::VectorUnit::avx2);
+             scroll2d::VectorUnit widest = scroll2d::any_unit);
 
     // ---- The module's doings. Each throws Mismatch, after writing pictures where pixels differ.
     std::int32_t call(const std::string& function, std::initializer_list<std::int32_t> arguments);

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
@@ -20,9 +21,6 @@ constexpr int kGames = 150;
 constexpr int kGames = 1000;
 #endif
 
-using scroll2d::VectorUnit;
-constexpr VectorUnit kUnits[] = {VectorUnit::sse2, VectorUnit::sse4, VectorUnit::avx2};
-
 std::vector<std::uint8_t> game_of(std::uint32_t seed, std::uint32_t longest = 3500) {
     std::mt19937 random(seed);
     std::vector<std::uint8_t> bytes(500 + random() % (longest - 500));
@@ -38,8 +36,9 @@ void play(std::uint32_t seed) {
     if (seed % 4 != 0)
         REQUIRE_NOTHROW(model::play_game(game_of(seed), model::module_path(SCROLL2D_MODULE)));
     else
-        REQUIRE_NOTHROW(
-            model::play_game(game_of(seed), SCROLL2D_OPENED_MODULE, {.widest = kUnits[seed / 4 % 3]}));
+        REQUIRE_NOTHROW(model::play_game(
+            game_of(seed), SCROLL2D_OPENED_MODULE,
+            {.widest = scroll2d::vector_units[seed / 4 % std::size(scroll2d::vector_units)]}));
 }
 
 TEST_CASE("the module plays as the model does") {

@@ -7,7 +7,9 @@
 #include <random>
 #include <vector>
 
+#include "host/engine.h"
 #include "module/render/plane_drawing.h"
+#include "tests/model/inside.h"
 #include "tests/model/pixels.h"
 
 namespace {
@@ -23,13 +25,6 @@ using scroll2d::with_rule;
 constexpr std::int32_t kHeight = 4;
 constexpr std::int32_t kWidest = 150;  // more than two groups, which have 64 pixels at the most
 constexpr std::int32_t kMargin = 3;    // of the destination, on both sides of the rows
-
-template <class... Arguments>
-void lay_rows_by(VectorUnit unit, const Arguments&... arguments) {
-    if (unit == VectorUnit::sse2) scroll2d::lay_rows_sse2(arguments...);
-    if (unit == VectorUnit::sse4) scroll2d::lay_rows_sse4(arguments...);
-    if (unit == VectorUnit::avx2) scroll2d::lay_rows_avx2(arguments...);
-}
 
 // Runs of pixels that are transparent, opaque or neither: the loops have short cuts for groups of a kind.
 template <class Pixel>
@@ -68,7 +63,7 @@ class Scene {
     template <class Rule, class Expected>
     void both(Rule rule, Expected expected) const {
         check(expected, [&](VectorUnit unit, const DestinationRows<Pixel>& d) {
-            lay_rows_by(unit, kHeight, width_, rule, d, plane(front_, 1), plane(back_, kHeight));
+            scroll2d::lay_rows_by(unit, kHeight, width_, rule, d, plane(front_, 1), plane(back_, kHeight));
         });
     }
 
@@ -84,7 +79,7 @@ class Scene {
     template <class Rule, class Expected>
     void check_plane(Rule rule, const PlaneRows<Pixel>& s, Expected expected) const {
         check(expected, [&](VectorUnit unit, const DestinationRows<Pixel>& d) {
-            lay_rows_by(unit, kHeight, width_, rule, d, s);
+            scroll2d::lay_rows_by(unit, kHeight, width_, rule, d, s);
         });
     }
     // What is only copied is laid as bytes.
@@ -92,7 +87,8 @@ class Scene {
     void check_plane(scroll2d::Copy<Pixel>, const PlaneRows<Pixel>& s, Expected expected) const {
         const auto bytes = width_ * static_cast<std::int32_t>(sizeof(Pixel));
         check(expected, [&](VectorUnit unit, const DestinationRows<Pixel>& d) {
-            lay_rows_by(unit, kHeight, bytes, scroll2d::Copy<std::uint8_t>{}, d.in_bytes(), s.in_bytes());
+            scroll2d::lay_rows_by(unit, kHeight, bytes, scroll2d::Copy<std::uint8_t>{}, d.in_bytes(),
+                                  s.in_bytes());
         });
     }
 
@@ -105,7 +101,7 @@ class Scene {
                 Pixel& d = wanted[static_cast<std::size_t>(y * row_length + kMargin + x)];
                 d = static_cast<Pixel>(expected(d, front_[place(y, x, 1)], back_[place(y, x, kHeight)]));
             }
-        for (const VectorUnit unit : {VectorUnit::sse2, VectorUnit::sse4, VectorUnit::avx2}) {
+        for (const VectorUnit unit : scroll2d::vector_units) {
             if (unit > scroll2d::vector_unit()) continue;
             CAPTURE(static_cast<int>(unit));
             std::vector<Pixel> drawn = under_;
@@ -140,6 +136,7 @@ void check_rules(const Scene<Pixel>& scene, const Look& look) {
 TEST_CASE_TEMPLATE("every build lays every rule as its equation says", Pixel, std::uint8_t, std::uint16_t,
                    std::uint32_t) {
     std::mt19937 random(sizeof(Pixel));
+    scroll2d::find_vector_units();
     for (std::int32_t width = 1; width <= kWidest; ++width) {
         const Scene<Pixel> scene(width, random);
         for (const int alpha : {255, static_cast<int>(random() % 255)})
@@ -157,12 +154,19 @@ TEST_CASE_TEMPLATE("every build lays every rule as its equation says", Pixel, st
 }
 
 TEST_CASE("the widest unit that may be taken is taken, of those that the processor has") {
+#if defined(__i386__)
     const VectorUnit best = __builtin_cpu_supports("avx2")     ? VectorUnit::avx2
                             : __builtin_cpu_supports("sse4.1") ? VectorUnit::sse4
                                                                : VectorUnit::sse2;
-    for (const VectorUnit widest : {VectorUnit::sse2, VectorUnit::sse4, VectorUnit::avx2}) {
-        scroll2d::widest_unit = widest;
-        CHECK(scroll2d::vector_unit() == std::min(widest, best));
+#else
+    const VectorUnit best = VectorUnit::built_in;
+#endif
+    host::Engine engine{{}};
+    engine.load(SCROLL2D_OPENED_MODULE);
+    const auto& loaded = *static_cast<const model::Inside*>(engine.symbol("scroll2d_inside"));
+    for (const VectorUnit widest : scroll2d::vector_units) {
+        *loaded.widest_unit = widest;
+        CHECK(loaded.vector_unit() == std::min(widest, best));
     }
 }
 
