@@ -1,8 +1,5 @@
 #include "host/memory.h"
 
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -10,17 +7,13 @@
 #include <utility>
 
 #include "host/error.h"
+#include "host/pages.h"
 
 namespace host {
 
 namespace {
 
 constexpr std::byte slack_byte{0xD1};
-
-std::size_t page_size() {
-    static const auto size = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-    return size;
-}
 
 [[noreturn]] void throw_no_memory(std::size_t bytes) {
     throw Error("no memory for a block of " + std::to_string(bytes) + " bytes");
@@ -40,13 +33,12 @@ Memory::Memory(std::size_t bytes, Fence fence) : size_(bytes) {
     }
     const std::size_t page = page_size();
     const std::size_t inner = std::max<std::size_t>(1, (bytes + page - 1) / page) * page;
-    void* mapping = mmap(nullptr, inner + 2 * page, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (mapping == MAP_FAILED) throw_no_memory(bytes);
-    mapping_ = static_cast<std::byte*>(mapping);
     mapping_size_ = inner + 2 * page;
+    mapping_ = reserve_pages(mapping_size_);
+    if (mapping_ == nullptr) throw_no_memory(bytes);
     std::byte* first = mapping_ + page;
-    if (mprotect(first, inner, PROT_READ | PROT_WRITE) != 0) {
-        munmap(mapping_, mapping_size_);
+    if (!open_pages(first, inner)) {
+        release_pages(mapping_, mapping_size_);
         throw_no_memory(bytes);
     }
     data_ = fence == Fence::after ? first + (inner - bytes) : first;
@@ -68,7 +60,7 @@ Memory& Memory::operator=(Memory&& other) noexcept {
 }
 
 Memory::~Memory() {
-    if (mapping_ != nullptr) munmap(mapping_, mapping_size_);
+    if (mapping_ != nullptr) release_pages(mapping_, mapping_size_);
 }
 
 bool Memory::slack_untouched() const {

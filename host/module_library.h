@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <string>
 
+#include "host/loader.h"
+
 namespace host {
 
 class ModuleLibrary {
@@ -20,7 +22,7 @@ class ModuleLibrary {
 
   private:
     std::string path_;
-    void* handle_ = nullptr;
+    LibraryHandle handle_;
 };
 
 }  // namespace host

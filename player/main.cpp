@@ -1,7 +1,4 @@
 // scroll2d_player: plays a game script, in a window or without one. See docs/player-scripts.md.
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -13,6 +10,7 @@
 #include "player/inspector/inspector.h"
 #include "player/output/output.h"
 #include "player/script/session.h"
+#include "player/streams.h"
 #include "player/window/window.h"
 
 namespace player {
@@ -104,14 +102,6 @@ int run(int argc, char** argv) {
         std::fprintf(stderr, "%s\n", error.what());
     }
     return 1;
-}
-
-// Descriptors that whoever started the program has closed. Without them the next files to be opened would get
-// their numbers, and what is printed would land in a film.
-bool open_missing_streams() {
-    for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-        if (fcntl(number, F_GETFD) < 0 && open("/dev/null", O_RDWR) != number) return false;
-    return true;
 }
 
 bool all_is_printed() {

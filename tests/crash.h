@@ -1,51 +1,13 @@
 // What a random test is about, said on standard error when it crashes: by a signal, or by a finding of a
-// sanitizer.
+// sanitizer. Each platform has its own: posix/crash.cpp, windows/crash.cpp.
 #pragma once
 
-#include <unistd.h>
-
-#include <csignal>
-#include <cstring>
 #include <string>
-#ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/common_interface_defs.h>
-#endif
-
-#ifdef __SANITIZE_ADDRESS__
-// Has findings of undefined behaviour end in SIGABRT.
-// NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the sanitizer asks for this name
-extern "C" [[gnu::used]] inline const char* __ubsan_default_options() {
-    return "abort_on_error=1";
-}
-#endif
 
 namespace tests {
 
-inline char crash_note[200];
-inline struct sigaction handlers_before[NSIG];
-
-inline void say_crash_note() {
-    [[maybe_unused]] const auto written = write(STDERR_FILENO, crash_note, std::strlen(crash_note));
-}
-
 // From now on a crash tells this. Call it inside a test case, whose beginning sets the handlers of doctest:
 // those report the crash afterwards.
-inline void note_for_crash(const std::string& what) {
-    crash_note[("crashed: " + what + "\n").copy(crash_note, sizeof crash_note - 1)] = '\0';
-    struct sigaction action {};
-    action.sa_handler = [](int signal) {
-        say_crash_note();
-        sigaction(signal, &handlers_before[signal], nullptr);
-        raise(signal);
-    };
-    for (const int signal : {SIGABRT, SIGSEGV, SIGBUS, SIGFPE, SIGILL}) {
-        struct sigaction before {};
-        sigaction(signal, &action, &before);
-        if (before.sa_handler != action.sa_handler) handlers_before[signal] = before;
-    }
-#ifdef __SANITIZE_ADDRESS__
-    __sanitizer_set_death_callback(say_crash_note);
-#endif
-}
+void note_for_crash(const std::string& what);
 
 }  // namespace tests

@@ -1,13 +1,13 @@
 #include "player/common/new_file.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <stdexcept>
 #include <utility>
+
+#include "player/common/program.h"
+#include "player/common/system_file.h"
 
 namespace player {
 namespace {
@@ -28,12 +28,12 @@ void require_replaceable(const std::string& path) {
                                                          : "special file";
         throw std::runtime_error(path + ": this is a " + what + ", and only regular files are replaced");
     }
-    if (access(path.c_str(), W_OK) != 0) fail(path, errno);
+    if (!is_writable(path)) fail(path, errno);
 }
 
 // "out/film.mp4" -> "out/film.part1234_0.mp4", of this process alone.
 std::string path_beside(const fs::path& path, int attempt) {
-    return (path.parent_path() / path.stem()).string() + ".part" + std::to_string(getpid()) + "_" +
+    return (path.parent_path() / path.stem()).string() + ".part" + std::to_string(process_number()) + "_" +
            std::to_string(attempt) + path.extension().string();
 }
 
@@ -41,25 +41,24 @@ std::string path_beside(const fs::path& path, int attempt) {
 
 NewFile::NewFile(std::string path) : path_(std::move(path)) {
     require_replaceable(path_);
-    int file = -1;
-    for (int attempt = 0; file < 0; ++attempt) {
+    for (int attempt = 0; stream_ == nullptr; ++attempt) {
         beside_ = path_beside(path_, attempt);
-        file = open(beside_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_LARGEFILE, 0666);
-        if (file < 0 && errno != EEXIST) fail(path_, errno);
+        stream_ = open_new(beside_);
+        if (stream_ == nullptr && errno != EEXIST) fail(path_, errno);
     }
-    stream_ = fdopen(file, "w+b");
-    if (stream_ == nullptr) fail(path_, errno);
 }
 
 NewFile::~NewFile() {
     if (stream_ != nullptr) std::fclose(stream_);
-    if (!beside_.empty()) unlink(beside_.c_str());
+    if (!beside_.empty()) std::remove(beside_.c_str());
 }
 
 void NewFile::keep() {
     if (std::fclose(std::exchange(stream_, nullptr)) != 0) fail(path_, errno);
     require_replaceable(path_);
-    if (std::rename(beside_.c_str(), path_.c_str()) != 0) fail(path_, errno);
+    std::error_code error;
+    fs::rename(beside_, path_, error);  // replaces on every system
+    if (error) throw std::runtime_error(path_ + ": " + error.message());
     beside_.clear();
 }
 

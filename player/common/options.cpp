@@ -3,22 +3,16 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
-#include <filesystem>
 
 #include "player/common/film_format.h"
 #include "player/common/names.h"
+#include "player/common/program.h"
 #include "player/common/script_path.h"
 
 namespace player {
 namespace {
 
 constexpr int largest_side = 16384;  // pixels; keeps every screen below 2^31 bytes
-
-std::string module_beside_program() {
-    std::error_code error;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    return (program.parent_path() / "RVK_mod_scroll2D.so").string();
-}
 
 void read_size(const std::string& text, Options& options) {
     long long width = 0, height = 0;

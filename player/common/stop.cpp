@@ -1,16 +1,12 @@
 #include "player/common/stop.h"
 
-#include <unistd.h>
-
-#include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <mutex>
 
 namespace player {
 namespace {
-
-volatile std::sig_atomic_t asked_by = 0;
 
 std::mutex salvage_lock;
 std::function<void()> salvage;
@@ -21,22 +17,6 @@ void set_salvage(std::function<void()> save) {
 }
 
 }  // namespace
-
-void heed_stops() {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        struct sigaction action {};
-        sigaction(signal, nullptr, &action);
-        if (action.sa_handler == SIG_IGN) continue;
-        action = {};
-        action.sa_handler = [](int which) { asked_by = which; };
-        action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
-        sigaction(signal, &action, nullptr);
-    }
-}
-
-int stop_signal() {
-    return asked_by;
-}
 
 Salvage::Salvage(std::function<void()> save) {
     set_salvage(std::move(save));
@@ -56,7 +36,7 @@ void end_at_once(const std::string& message) {
         std::fprintf(stderr, "%s\n", error.what());
     }
     std::fflush(stdout);
-    _exit(stop_signal() == 0 ? 1 : 128 + stop_signal());
+    std::_Exit(stop_signal() == 0 ? 1 : 128 + stop_signal());
 }
 
 }  // namespace player

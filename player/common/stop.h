@@ -6,11 +6,15 @@
 
 namespace player {
 
+// ---- posix/stop_signals.cpp, windows/stop_signals.cpp
+
 // From now on the first SIGINT, SIGTERM or SIGHUP asks for the end, and a second one ends the program at
-// once. A signal that was ignored stays so.
+// once. A signal that was ignored stays so. On Windows: Ctrl+C and Ctrl+Break, or a console that is closed.
 void heed_stops();
 // The signal by which somebody asked for the end; 0: nobody has.
 int stop_signal();
+
+// ---- stop.cpp
 
 // What is to be saved should the program have to end while the script holds the thread that plays. While one
 // of these lives, `save` may be called, from another thread, once.

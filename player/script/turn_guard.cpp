@@ -1,10 +1,7 @@
 #include "player/script/turn_guard.h"
 
 #include <lauxlib.h>
-#include <pthread.h>
-#include <unistd.h>
 
-#include <csignal>
 #include <cstdio>
 
 #include "player/common/stop.h"
@@ -30,24 +27,21 @@ std::string text_of(const lua_Debug& at) {
     return std::string(at.short_src) + ":" + std::to_string(at.currentline) + ": ";
 }
 
-// A question of the other thread: where is the script? The playing thread answers it in a signal handler,
-// since nobody else can look at a state that runs.
+// Where is the script? Only while its thread does nothing else can another one know.
 struct Question {
     std::atomic<lua_State*> state{nullptr};
     lua_Debug at{};
     std::atomic<bool> found{false};
-    std::atomic<bool> answered{false};
 };
 Question question;
 
-void answer(int) {
+void answer() {
     lua_State* state = question.state;
     question.found = state != nullptr && find_line(state, 0, question.at);
-    question.answered = true;
 }
 
 [[noreturn]] void wait_for_the_end() {
-    while (true) pause();
+    while (true) std::this_thread::sleep_for(1h);
 }
 
 }  // namespace
@@ -57,14 +51,8 @@ std::string place_in_script(lua_State* L, int level) {
     return find_line(L, level, at) ? text_of(at) : "";
 }
 
-TurnGuard::TurnGuard(double limit) : limit_(limit), player_(pthread_self()) {
-    pthread_getcpuclockid(player_, &processor_);
-    // Signals are for the thread that plays.
-    sigset_t all{}, before{};
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
-    looks_ = std::thread([this] { look(); });
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+TurnGuard::TurnGuard(double limit) : limit_(limit) {
+    looks_ = PlayingThread::beside([this] { look(); });
 }
 
 TurnGuard::~TurnGuard() {
@@ -125,11 +113,11 @@ void TurnGuard::look_at(unsigned turn, Clock::time_point now) {
     if (turn % 2 == 0) return;
     if (turn != seen_) {
         seen_ = turn;
-        began_ = processor_seconds();
+        began_ = player_.processor_seconds();
         if (!stopping) return;
     }
     if (condemned_ != turn) {
-        if (!stopping && processor_seconds() - began_ < limit_) return;
+        if (!stopping && player_.processor_seconds() - began_ < limit_) return;
         condemned_ = turn;
         condemned_at_ = now;
     } else if (now - condemned_at_ > grace && turn_.compare_exchange_strong(turn, ending)) {
@@ -137,21 +125,9 @@ void TurnGuard::look_at(unsigned turn, Clock::time_point now) {
     }
 }
 
-double TurnGuard::processor_seconds() const {
-    timespec time{};
-    clock_gettime(processor_, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
-}
-
 std::string TurnGuard::place_of_turn() {
     question.state = state_;
-    struct sigaction action {};
-    action.sa_handler = answer;
-    action.sa_flags = SA_RESTART;
-    sigaction(SIGUSR1, &action, nullptr);
-    pthread_kill(player_, SIGUSR1);
-    for (int i = 0; i < 50 && !question.answered; ++i) std::this_thread::sleep_for(10ms);
-    return question.answered && question.found ? text_of(question.at) : "";
+    return player_.interrupt(answer) && question.found ? text_of(question.at) : "";
 }
 
 void TurnGuard::end_program() {

@@ -12,11 +12,13 @@
 #include <lua.h>
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
-#include <ctime>
 #include <mutex>
 #include <string>
 #include <thread>
+
+#include "player/script/playing_thread.h"
 
 namespace player {
 
@@ -52,14 +54,12 @@ class TurnGuard {
 
     void look();  // the other thread
     void look_at(unsigned turn, Clock::time_point now);
-    [[nodiscard]] double processor_seconds() const;  // that the playing thread has had
     [[nodiscard]] std::string why() const;
     [[nodiscard]] std::string place_of_turn();
     [[noreturn]] void end_program();
 
     const double limit_;
-    const pthread_t player_;
-    clockid_t processor_{};
+    PlayingThread player_;
     lua_State* state_ = nullptr;  // of the turn
     std::string reason_;
 
@@ -69,7 +69,7 @@ class TurnGuard {
 
     // The other thread's own.
     unsigned seen_ = 0;
-    double began_ = 0;  // processor_seconds() when the turn was first seen
+    double began_ = 0;  // seconds of the processor when the turn was first seen
     Clock::time_point condemned_at_;
     bool stop_seen_ = false;
 

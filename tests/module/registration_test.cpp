@@ -1,5 +1,4 @@
 // What the module declares to a host, and what it does in its init hook.
-#include <dlfcn.h>
 #include <doctest/doctest.h>
 
 #include <cstring>
@@ -28,16 +27,21 @@ constexpr const char* kDeclarations =
     "RVK_mod_scroll2D_release; "
     "0; runtime; ";
 
+constexpr const char* kRoutines[] = {
+    "RVK_mod_scroll2D_init",    "RVK_mod_scroll2D_frame", "RVK_mod_scroll2D_update",
+    "RVK_mod_scroll2D_release", "RVK_scroll_start",       "RVK_scroll_stop",
+    "RVK_scroll_move",          "RVK_scroll_refresh",     "RVK_scroll_set_destination"};
+
 // Registers a loaded module once more, with a registrar that writes everything down and then overwrites the
 // tables that it was given: they are copies.
 std::string declarations_of(const host::Engine& engine) {
     std::string told;
     ExportRegistrar registrar{};
     const auto number = [](std::int32_t value) { return std::to_string(value); };
-    const auto name_of = [](auto code) -> std::string {
-        Dl_info found{};
-        dladdr(reinterpret_cast<void*>(code), &found);
-        return found.dli_sname != nullptr ? " " + std::string(found.dli_sname) : "";
+    const auto name_of = [&](auto code) -> std::string {
+        for (const char* name : kRoutines)
+            if (engine.symbol(name) == reinterpret_cast<void*>(code)) return std::string(" ") + name;
+        return "";
     };
     // Tells each row up to the one whose name or function is null, and that too.
     const auto take = [&](const auto* table, auto key, auto text) {
