@@ -18,16 +18,17 @@ Position refill(Size view, Position unit) {
 
 void measure_fill(const Options& options, Size view, std::int32_t bits, const Pictures& pictures,
                   Heading& heading, Report& report) {
-    Measurement m{"fill", "fill", "1 plane", bits, view, "fill", {}, 0, 0};
+    Measurement m{"fill", "landscape", "fill", "1 plane", bits, view, "fill", {}, 0, 0};
     if (!options.wants(m.name())) return;
-    Stage stage(options.module, view, bits, pictures);
+    Stage stage(view, bits, pictures);
+    stage.load(options.module);
     Show show(stage, one_plane);
     show.move({17, 9});
     show.refill();
     check_frame(stage, show, one_plane, {}, m.name());
     const ViewCopy copy(stage);
     const auto timings =
-        time_side_by_side({{"module", [&] { show.refill(); }}, {"memcpy", copy}}, options.plan());
+        time_side_by_side({{"module", [&] { show.refill(); }, {}}, {"memcpy", copy, {}}}, options.plan());
     heading.print_once();
     for (const Timing& timing : timings) {
         m.contender = timing.name;
@@ -63,8 +64,8 @@ std::vector<std::int32_t> distances(const Options& options, Size view, Position 
 void measure_direction(const Options& options, Stage& stage, const Direction& direction, Report& report) {
     const Size view = stage.view();
     Plan plan = options.plan();
-    plan.rounds = std::min(plan.rounds, 5);
-    Measurement m{"move", "move", direction.name, stage.bits_per_pixel(), view, {}, {}, 0, 0};
+    plan.rounds = std::min(plan.rounds, 2);
+    Measurement m{"move", "landscape", "move", direction.name, stage.bits_per_pixel(), view, {}, {}, 0, 0};
     Show show(stage, one_plane);
     double worst = 0;
     std::int32_t worst_distance = 0;
@@ -73,9 +74,10 @@ void measure_direction(const Options& options, Stage& stage, const Direction& di
         m.value = std::to_string(n);
         for (int i = 0; i < 7; ++i) show.move(step);
         check_frame(stage, show, one_plane, {}, m.name());
-        const auto timings = time_side_by_side({{"module", [&] { show.move(step); }},
-                                                {"refill", [&] { show.move(refill(view, direction.unit)); }}},
-                                               plan);
+        const auto timings =
+            time_side_by_side({{"module", [&] { show.move(step); }, {}},
+                               {"refill", [&] { show.move(refill(view, direction.unit)); }, {}}},
+                              plan);
         for (const Timing& timing : timings) {
             m.contender = timing.name;
             m.microseconds = timing.microseconds;
@@ -113,7 +115,7 @@ void measure_fills(const Options& options, Report& report) {
     Heading heading("| fill, view            | depth |       time |   / M |\n|---|---|---|---|\n");
     for (const Size view : view_sizes) {
         if (options.quick && view.height != 1080) continue;
-        const Pictures pictures(map_size(view));
+        const Pictures pictures = paint_landscape(map_size(view));
         for (const std::int32_t bits : {8, 16, 32})
             measure_fill(options, view, bits, pictures, heading, report);
     }
@@ -125,8 +127,9 @@ void measure_moves(const Options& options, Report& report) {
     for (const MoveStage& m : move_stages) {
         const std::string name = text(m.view) + ", " + std::to_string(m.bits_per_pixel) + " bits";
         if ((options.quick && !m.in_subset) || !options.wants("move, " + name)) continue;
-        const Pictures pictures(map_of(m));
-        Stage stage(options.module, m.view, m.bits_per_pixel, pictures);
+        const Pictures pictures = paint_landscape(map_of(m));
+        Stage stage(m.view, m.bits_per_pixel, pictures);
+        stage.load(options.module);
         heading.print_once();
         for (const Direction& direction : directions) {
             measure_direction(options, stage, direction, report);

@@ -1,3 +1,5 @@
+#include <memory>
+
 #include "bench/composition.h"
 #include "bench/parts.h"
 #include "bench/peer.h"
@@ -8,6 +10,7 @@ namespace bench {
 namespace {
 
 struct Scene {
+    const Kind& kind;
     const Family& family;
     const Variant& variant;
     std::int32_t bits_per_pixel;
@@ -15,80 +18,142 @@ struct Scene {
     Motion motion;
 
     [[nodiscard]] Measurement measurement() const {
-        return {"draw", family.name, variant.text(), bits_per_pixel, view, motion.name, {}, 0, 0};
+        return {"draw", kind.name, family.name, variant.text(), bits_per_pixel, view, motion.name, {}, 0, 0};
     }
+    [[nodiscard]] std::string name() const { return measurement().name(); }
 };
 
-// The scenes of one stage: those of a view and a depth, in the order of the table.
-std::vector<Scene> scenes_of(const Options& options, Size view, std::int32_t bits) {
+// A module that draws the scenes.
+struct Build {
+    std::string name;
+    std::string file;
+};
+
+std::vector<Build> builds_of(const Options& options) {
+    std::vector<Build> builds{{"module", options.module}};
+    if (!options.other.empty()) builds.push_back({"other", options.other});
+    return builds;
+}
+
+bool is_round(Size view) {
+    return std::any_of(view_sizes.begin(), view_sizes.end(),
+                       [view](Size v) { return v.width == view.width; });
+}
+
+// Every kind of pictures moves by one and by four in every view; it stands still in the common ones. Only the
+// landscape fills the largest view, and jumps.
+std::vector<Size> views_of(const Options& options, const Kind& kind) {
+    if (options.quick) return {{320, 200}, {641, 480}};
+    std::vector<Size> views(view_sizes.begin(), view_sizes.end() - 1);
+    views.insert(views.end(), odd_view_sizes.begin(), odd_view_sizes.end());
+    if (kind.paint == paint_landscape) views.push_back(view_sizes.back());
+    return views;
+}
+
+std::vector<Motion> motions_of(const Options& options, const Kind& kind, Size view) {
+    if (options.quick) return {by_four};
+    if (!is_round(view)) return {by_one, by_four};
+    if (kind.paint == paint_landscape) return {still, by_one, by_four, by_forty};
+    return {still, by_one, by_four};
+}
+
+// The peers take most of the time, and what they cost hardly depends on the motion.
+bool meets_peers(const Options& options, const Scene& scene) {
+    return options.peers && !options.quick && is_round(scene.view) && scene.motion.step.y != 0;
+}
+
+// The scenes of one stage: those of a kind, a view and a depth, in the order of the table.
+std::vector<Scene> scenes_of(const Options& options, const Kind& kind, Size view, std::int32_t bits) {
     std::vector<Scene> scenes;
     for (const Family& family : families()) {
         if (std::find(family.depths.begin(), family.depths.end(), bits) == family.depths.end()) continue;
         for (const Variant& variant : family.variants) {
-            for (const Motion& motion : motions) {
-                const bool in_subset = motion.step.x == 1 || motion.step.x == 4;
-                if (options.quick && !in_subset) continue;
-                const Scene scene{family, variant, bits, view, motion};
-                if (options.wants(scene.measurement().name())) scenes.push_back(scene);
+            for (const Motion& motion : motions_of(options, kind, view)) {
+                const Scene scene{kind, family, variant, bits, view, motion};
+                if (options.wants(scene.name())) scenes.push_back(scene);
             }
         }
     }
     return scenes;
 }
 
-std::vector<std::byte> check_module(Stage& stage, const Scene& scene, Show& show) {
-    return check_frame(stage, show, scene.variant, scene.motion.step, scene.measurement().name());
-}
-
-// First wanders about until the buffers begin at some pixel in the middle of their rings.
-void check_pictures(Stage& stage, const Scene& scene, Show& show,
-                    const std::vector<std::pair<std::string, Peer*>>& peers) {
-    for (int i = 0; i < 50; ++i) show.move({37, i % 3 == 0 ? -11 : 13});
-    const std::vector<std::byte> expected = check_module(stage, scene, show);
-    for (const auto& [name, peer] : peers) {
-        stage.lay_backdrop();
-        peer->draw(show.front(), show.back());
-        expect_shown(stage, expected, peer_tolerance, name + ", " + scene.measurement().name());
-    }
+// Where turns begin: places far apart, so that calm and broken parts of the picture are seen.
+Position start(Size view, int place) {
+    const Size map = map_size(view);
+    return {5 + map.width * place / 3, 3 + map.height * place / 3};
 }
 
 using Peers = std::vector<std::pair<std::string, std::unique_ptr<Peer>>>;
 
 Peers make_peers(const Options& options, Stage& stage, const Variant& variant) {
     Peers peers;
-    if (!options.peers) return peers;
     peers.emplace_back("SDL2", make_sdl_peer(stage, variant, false));
     peers.emplace_back("pixman", make_pixman_peer(stage, variant));
     if (options.run_length) peers.emplace_back("SDL2 run-length", make_sdl_peer(stage, variant, true));
     return peers;
 }
 
-// Contenders: module, memcpy, then the peers.
-std::vector<Timing> time_scene(const Options& options, Stage& stage, const Scene& scene, const Peers& peers) {
-    Show show(stage, scene.variant);
-    std::vector<std::pair<std::string, Peer*>> views;
-    for (const auto& [name, peer] : peers) views.emplace_back(name, peer.get());
-    check_pictures(stage, scene, show, views);
-
-    const ViewCopy copy(stage);
+// Compares a frame of every build, and of the peers, with the composition.
+void check_pictures(Stage& stage, const Scene& scene, const std::vector<Build>& builds, const Peers& peers,
+                    int place) {
+    std::vector<std::byte> expected;
     Position front{}, back{};
-    std::vector<Contender> contenders{{"module", [&] { show.draw(scene.motion.step); }}, {"memcpy", copy}};
-    for (const auto& [name, peer] : views) {
-        const auto pass = [&, peer = peer] {
-            front = {front.x + scene.motion.step.x, front.y + scene.motion.step.y};
-            back = {front.x >> 1, front.y >> 1};
-            peer->draw(front, back);
-        };
-        contenders.push_back({name, pass, 2});
+    for (const Build& build : builds) {
+        stage.load(build.file);
+        Show show(stage, scene.variant);
+        show.go(start(scene.view, place));
+        if (expected.empty()) {
+            expected = check_frame(stage, show, scene.variant, scene.motion.step, scene.name());
+            front = show.front();
+            back = show.back();
+        } else {
+            stage.lay_backdrop();
+            show.draw(scene.motion.step);
+            expect_shown(stage, expected, 0, build.name + ", " + scene.name());
+        }
     }
-    std::vector<Timing> timings = time_side_by_side(contenders, options.plan());
-    check_module(stage, scene, show);
-    return timings;
+    for (const auto& [name, peer] : peers) {
+        stage.lay_backdrop();
+        peer->draw(front, back);
+        expect_shown(stage, expected, peer_tolerance, name + ", " + scene.name());
+    }
+}
+
+// Contenders: memcpy, the builds, then the peers.
+std::vector<Timing> time_contenders(const Options& options, Stage& stage, const Scene& scene,
+                                    const std::vector<Build>& builds, const Peers& peers) {
+    const Position step = scene.motion.step;
+    std::unique_ptr<Show> show;
+    Position front{};
+    std::vector<Contender> contenders{{"memcpy", ViewCopy(stage), {}}};
+    for (const Build& build : builds) {
+        const auto begin = [&](int place) {
+            show.reset();
+            stage.load(build.file);
+            show = std::make_unique<Show>(stage, scene.variant);
+            show->go(start(scene.view, place));
+        };
+        contenders.push_back({build.name, [&] { show->draw(step); }, begin});
+    }
+    for (const auto& [name, peer] : peers) {
+        const auto begin = [&](int place) { front = start(scene.view, place); };
+        const auto pass = [&, peer = peer.get()] {
+            front += step;
+            peer->draw(front, front.halved());
+        };
+        contenders.push_back({name, pass, begin, 2});
+    }
+    return time_side_by_side(contenders, options.plan());
+}
+
+double time_of(const std::vector<Timing>& timings, const std::string& name) {
+    for (const Timing& timing : timings)
+        if (timing.name == name) return timing.microseconds;
+    return 0;
 }
 
 void add_to(Report& report, const Scene& scene, const std::vector<Timing>& timings) {
-    const double module = timings[0].microseconds;
-    const double memcpy = timings[1].microseconds;
+    const double memcpy = time_of(timings, "memcpy");
     for (const Timing& timing : timings) {
         Measurement m = scene.measurement();
         m.contender = timing.name;
@@ -96,25 +161,52 @@ void add_to(Report& report, const Scene& scene, const std::vector<Timing>& timin
         m.ratio = timing.microseconds / memcpy;
         report.add(m);
     }
-    report.add_drawn(scene.family, scene.bits_per_pixel, module / memcpy);
-    if (timings.size() > 3) {
-        const double peer = std::min(timings[2].microseconds, timings[3].microseconds);
-        report.add_peer(scene.family, scene.bits_per_pixel, module / peer);
-    }
-    if (timings.size() > 4)
-        report.add_run_length(scene.family, scene.bits_per_pixel, module / timings[4].microseconds);
+    Drawn drawn{&scene.kind, &scene.family, scene.bits_per_pixel, scene.view, scene.motion.moves(), {}};
+    const auto compare = [&](Base base, double time) {
+        if (time > 0) drawn.ratios[base] = time_of(timings, "module") / time;
+    };
+    compare(Base::memcpy, memcpy);
+    compare(Base::straight, time_of(timings, "straight"));
+    compare(Base::other, time_of(timings, "other"));
+    compare(Base::peer, std::min(time_of(timings, "SDL2"), time_of(timings, "pixman")));
+    compare(Base::run_length, time_of(timings, "SDL2 run-length"));
+    report.add(drawn);
 }
 
-void measure_stage(const Options& options, const std::vector<Scene>& scenes, const Pictures& pictures,
-                   Progress& progress, Report& report) {
-    Stage stage(options.module, scenes.front().view, scenes.front().bits_per_pixel, pictures);
-    const Variant* variant = nullptr;
+void measure_scene(const Options& options, Stage& stage, const Scene& scene, Report& report) {
+    const std::vector<Build> builds = builds_of(options);
     Peers peers;
-    for (const Scene& scene : scenes) {
-        if (variant != &scene.variant) peers = make_peers(options, stage, scene.variant);
-        variant = &scene.variant;
-        add_to(report, scene, time_scene(options, stage, scene, peers));
-        progress.step(scene.measurement().name());
+    if (meets_peers(options, scene)) peers = make_peers(options, stage, scene.variant);
+    check_pictures(stage, scene, builds, peers, 0);
+    add_to(report, scene, time_contenders(options, stage, scene, builds, peers));
+    check_pictures(stage, scene, builds, {}, 1);
+}
+
+// Keeps the pictures of a kind and a view for the stages of every depth.
+class Painter {
+  public:
+    const Pictures& pictures(const Kind& kind, Size view) {
+        if (kind_ != &kind || width_ != view.width) pictures_ = kind.paint(map_size(view));
+        kind_ = &kind;
+        width_ = view.width;
+        return pictures_;
+    }
+
+  private:
+    const Kind* kind_ = nullptr;
+    std::int32_t width_ = 0;
+    Pictures pictures_;
+};
+
+// Calls `use` with each kind of pictures, and the scenes of each of its stages.
+template <class Use>
+void for_each_stage(const Options& options, Use use) {
+    for (const Kind& kind : kinds()) {
+        if (!options.kind.empty() && options.kind != kind.name) continue;
+        for (const Size view : views_of(options, kind))
+            for (const std::int32_t bits : {8, 16, 32})
+                if (const auto scenes = scenes_of(options, kind, view, bits); !scenes.empty())
+                    use(kind, view, bits, scenes);
     }
 }
 
@@ -122,23 +214,19 @@ void measure_stage(const Options& options, const std::vector<Scene>& scenes, con
 
 void measure_drawing(const Options& options, Report& report) {
     int total = 0;
-    const auto stages = [&](auto use) {
-        for (const Size view : view_sizes) {
-            if (options.quick && view.width != 320 && view.width != 1280) continue;
-            std::unique_ptr<Pictures> pictures;  // of this view, once it is known that they are needed
-            for (const std::int32_t bits : {8, 16, 32}) {
-                const std::vector<Scene> scenes = scenes_of(options, view, bits);
-                if (!scenes.empty()) use(view, scenes, pictures);
-            }
-        }
-    };
-    stages([&](Size, const auto& scenes, auto&) { total += static_cast<int>(scenes.size()); });
-    Progress progress("draw", total);
-    stages([&](Size view, const auto& scenes, auto& pictures) {
-        if (!pictures) pictures = std::make_unique<Pictures>(map_size(view));
-        measure_stage(options, scenes, *pictures, progress, report);
+    for_each_stage(options, [&](const Kind&, Size, std::int32_t, const auto& scenes) {
+        total += static_cast<int>(scenes.size());
     });
-    report.print_table();
+    Progress progress("draw", total);
+    Painter painter;
+    for_each_stage(options, [&](const Kind& kind, Size view, std::int32_t bits, const auto& scenes) {
+        Stage stage(view, bits, painter.pictures(kind, view));
+        for (const Scene& scene : scenes) {
+            measure_scene(options, stage, scene, report);
+            progress.step(scene.name());
+        }
+    });
+    report.print_tables();
 }
 
 }  // namespace bench

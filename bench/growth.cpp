@@ -24,13 +24,14 @@ class Series {
     double add(Stage& stage, const std::string& value, double count, const std::function<void()>& frame,
                double less = 0) {
         const ViewCopy copy(stage);
-        const auto timings = time_side_by_side({{"module", frame}, {"memcpy", copy}}, options_.plan());
+        const auto timings =
+            time_side_by_side({{"module", frame, {}}, {"memcpy", copy, {}}}, options_.plan());
         const double microseconds = timings[0].microseconds;
         const double each = count > 0 ? (microseconds - less) / count : 0;
         if (first_ == 0) first_ = each;
         const double relative = first_ > 0 ? each / first_ : 0;
-        report_.add({"growth", what_, two_planes.text(), stage.bits_per_pixel(), stage.view(), value,
-                     "module", microseconds, relative});
+        report_.add(Measurement{"growth", "landscape", what_, two_planes.text(), stage.bits_per_pixel(),
+                                stage.view(), value, "module", microseconds, relative});
         std::printf("| %-18s | %9.1f us | %9.5f us | %5.2f |\n", value.c_str(), microseconds, each,
                     microseconds / timings[1].microseconds);
         return microseconds;
@@ -46,8 +47,9 @@ class Series {
 void grow_view(const Options& options, Report& report) {
     Series series(options, report, "pixels of the view", "pixel");
     for (const Size view : {Size{160, 100}, {320, 200}, {640, 400}, {1280, 800}, {1920, 1200}}) {
-        const Pictures pictures(map_size(view));
-        Stage stage(options.module, view, 32, pictures);
+        const Pictures pictures = paint_landscape(map_size(view));
+        Stage stage(view, 32, pictures);
+        stage.load(options.module);
         Show show(stage, two_planes);
         check_frame(stage, show, two_planes, step, "growth, view " + text(view));
         series.add(stage, text(view), view.width * view.height, [&] { show.draw(step); });
@@ -59,8 +61,9 @@ void grow_map(const Options& options, Report& report) {
     for (const std::int32_t factor : {1, 2, 4, 8}) {
         const Size view{320, 200};
         const Size map{view.width * factor + 37, view.height * factor + 11};
-        const Pictures pictures(map);
-        Stage stage(options.module, view, 32, pictures);
+        const Pictures pictures = paint_landscape(map);
+        Stage stage(view, 32, pictures);
+        stage.load(options.module);
         Show show(stage, two_planes);
         check_frame(stage, show, two_planes, step, "growth, map " + text(map));
         series.add(stage, text(map), 1, [&] { show.draw(step); });
@@ -70,8 +73,9 @@ void grow_map(const Options& options, Report& report) {
 void grow_processes(const Options& options, Report& report) {
     Series series(options, report, "processes shown", "process");
     const Size view{640, 480};
-    const Pictures pictures(map_size(view));
-    Stage stage(options.module, view, 32, pictures);
+    const Pictures pictures = paint_landscape(map_size(view));
+    Stage stage(view, 32, pictures);
+    stage.load(options.module);
     Show show(stage, two_planes);
     check_frame(stage, show, two_planes, {}, "growth, processes");  // before the first of them is there
     double without = 0;
@@ -88,8 +92,9 @@ void grow_processes(const Options& options, Report& report) {
 void grow_scrolls(const Options& options, Report& report) {
     Series series(options, report, "scrolls", "scroll");
     const Size view{320, 200};
-    const Pictures pictures(map_size(view));
-    Stage stage(options.module, view, 32, pictures);
+    const Pictures pictures = paint_landscape(map_size(view));
+    Stage stage(view, 32, pictures);
+    stage.load(options.module);
     std::deque<Show> shows;
     for (const std::int32_t count : {1, 2, 5, 10}) {
         while (static_cast<std::int32_t>(shows.size()) < count)

@@ -1,7 +1,7 @@
-#include "bench/landscape.h"
-
 #include <algorithm>
 #include <cmath>
+
+#include "bench/pictures.h"
 
 namespace bench {
 namespace {
@@ -113,6 +113,10 @@ host::Image paint_woods(Size size) {
         const float mist = (noise(x, y * 3, 140, 23) - 0.62F) * 1.6F;
         return shade(200, 210, 215, mist, x, y);
     });
+}
+
+Pictures paint_landscape(Size size) {
+    return {paint_sky(size), paint_hills(size), paint_woods(size)};
 }
 
 }  // namespace bench

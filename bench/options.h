@@ -9,14 +9,16 @@ namespace bench {
 
 struct Options {
     std::string module;  // path of the shared object
+    std::string other;   // one to draw the same scenes beside it; empty: none
     std::string csv;     // empty: none
     std::string filter;  // only measurements whose name contains it; empty: all
+    std::string kind;    // of pictures, for drawing; empty: all
     std::string only;    // empty: all parts; otherwise draw, fill, move or growth
     bool quick = false;
     bool peers = true;        // otherwise module and memcpy alone
     bool run_length = false;  // one more contender: SDL2 with run-length encoded surfaces
 
-    [[nodiscard]] Plan plan() const { return quick ? Plan{4, 120, 3} : Plan{}; }
+    [[nodiscard]] Plan plan() const { return quick ? Plan{2, 2, 120, 3} : Plan{}; }
     [[nodiscard]] bool wants(const std::string& name) const { return name.find(filter) != std::string::npos; }
 };
 

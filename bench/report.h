@@ -1,4 +1,4 @@
-// What was measured, on its way to the reader: a line of CSV each, and the table of drawing figures.
+// What was measured, on its way to the reader: a line of CSV each, and tables of the drawn scenes.
 #pragma once
 
 #include <cstdint>
@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "bench/pictures.h"
 #include "bench/scene.h"
 #include "bench/timing.h"
 
@@ -14,9 +15,10 @@ namespace bench {
 
 // One timed thing and what it is compared to.
 struct Measurement {
-    std::string part;     // draw, fill, move, growth
-    std::string family;   // of scenes, or what is varied
-    std::string variant;  // drawing rule, or direction of a move
+    std::string part;      // draw, fill, move, growth
+    std::string pictures;  // name of their kind
+    std::string family;    // of scenes, or what is varied
+    std::string variant;   // drawing rule, or direction of a move
     std::int32_t bits_per_pixel = 0;
     Size view;
     std::string value;      // motion, pixels moved, number of processes ...
@@ -24,14 +26,21 @@ struct Measurement {
     double microseconds = 0;
     double ratio = 0;  // to the part's base: memcpy, a refill, the first of a growing series
 
-    [[nodiscard]] std::string name() const;  // from family to value; of drawing and fills, what --filter sees
+    // From family to value; of drawn scenes from the pictures on. What --filter sees of drawing and fills.
+    [[nodiscard]] std::string name() const;
 };
 
-// The figures of drawn scenes, for the table.
-struct DrawFigures {
-    std::vector<double> per_memcpy;
-    std::vector<double> per_peer;        // empty when the peers were left out
-    std::vector<double> per_run_length;  // against SDL2 with run-length encoding; often empty
+// What the module's time is divided by.
+enum class Base { memcpy, straight, other, peer, run_length };
+
+// A drawn scene: the module's time over each base that it was timed beside.
+struct Drawn {
+    const Kind* kind;
+    const Family* family;
+    std::int32_t bits_per_pixel;
+    Size view;
+    bool moves;
+    std::map<Base, double> ratios;
 };
 
 // The head of a table, printed before its first row, so that a table without rows leaves nothing.
@@ -48,20 +57,17 @@ class Report {
   public:
     [[nodiscard]] bool empty() const { return measurements_.empty(); }
     void add(Measurement measurement) { measurements_.push_back(std::move(measurement)); }
-    void add_drawn(const Family& family, std::int32_t bits, double per_memcpy);
-    void add_peer(const Family& family, std::int32_t bits, double ratio);
-    void add_run_length(const Family& family, std::int32_t bits, double ratio);
+    void add(Drawn scene) { drawn_.push_back(std::move(scene)); }
 
-    // The table: per family and depth the geometric mean and the worst time / memcpy of the view, and the
-    // geometric mean of time / best peer where there are peers. Nothing when no scene was drawn.
-    void print_table() const;
+    // tables.cpp: the verdict on each kind of pictures, then families and views, by geometric means over the
+    // moving scenes. Nothing when no scene was drawn.
+    void print_tables() const;
     // Errors: std::runtime_error for a file that cannot be written.
     void write_csv(const std::string& path) const;
 
   private:
-    using Row = std::pair<const Family*, std::int32_t>;  // family and depth
     std::vector<Measurement> measurements_;
-    std::map<Row, DrawFigures> drawn_;
+    std::vector<Drawn> drawn_;
 };
 
 }  // namespace bench

@@ -16,13 +16,27 @@ struct Size {
 struct Position {
     std::int32_t x = 0;  // map pixels at the view's top left; any value, maps repeat
     std::int32_t y = 0;
+
+    constexpr Position& operator+=(Position step) {
+        x += step.x;
+        y += step.y;
+        return *this;
+    }
+    // Where the back plane is while the front plane is here.
+    [[nodiscard]] constexpr Position halved() const { return {x >> 1, y >> 1}; }
 };
 
 // How a scroll moves from frame to frame; the back plane goes half as far.
 struct Motion {
     const char* name;
     Position step;
+
+    [[nodiscard]] constexpr bool moves() const { return step.x != 0 || step.y != 0; }
 };
+inline constexpr Motion still{"still", {0, 0}};
+inline constexpr Motion by_one{"+1", {1, 0}};
+inline constexpr Motion by_four{"+4 diagonal", {4, 4}};
+inline constexpr Motion by_forty{"+40", {40, 0}};
 
 // A scroll of one drawing rule.
 struct Variant {
@@ -46,8 +60,9 @@ struct Family {
 const std::vector<Family>& families();
 
 inline constexpr std::array<Size, 4> view_sizes{{{320, 200}, {640, 480}, {1280, 720}, {1920, 1080}}};
-inline constexpr std::array<Motion, 4> motions{
-    {{"still", {0, 0}}, {"+1", {1, 0}}, {"+4 diagonal", {4, 4}}, {"+40", {40, 0}}}};
+
+// Neighbours of those whose rows do not end with a vector register.
+inline constexpr std::array<Size, 3> odd_view_sizes{{{333, 200}, {500, 375}, {641, 480}}};
 
 // The map that each view is given: larger than the view, and of no round size.
 [[nodiscard]] constexpr Size map_size(Size view) {

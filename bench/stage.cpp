@@ -10,38 +10,43 @@ constexpr std::int32_t sprite_graph = 30;
 constexpr std::int32_t wrap_everywhere = 15;
 constexpr std::int32_t with_alpha = 10;  // added to a picture's number for its map with per-pixel alpha
 
-std::int32_t graph(Picture picture, bool alpha) {
-    return static_cast<std::int32_t>(picture) + (alpha ? with_alpha : 0);
+enum class Role : std::int32_t { cover = 10, back = 11, front = 12 };
+
+std::int32_t graph(Role role, bool alpha) {
+    return static_cast<std::int32_t>(role) + (alpha ? with_alpha : 0);
 }
 
-void create_maps(host::Engine& engine, Picture picture, const host::Image& image) {
-    engine.files().create_map(file, graph(picture, false), image, engine.palette(), false);
+void create_maps(host::Engine& engine, Role role, const host::Image& image) {
+    engine.files().create_map(file, graph(role, false), image, engine.palette(), false);
     if (engine.screen().bits_per_pixel() == 32)
-        engine.files().create_map(file, graph(picture, true), image, engine.palette(), true);
+        engine.files().create_map(file, graph(role, true), image, engine.palette(), true);
 }
 
 }  // namespace
 
-Stage::Stage(const std::filesystem::path& module, Size view, std::int32_t bits_per_pixel,
-             const Pictures& pictures)
+Stage::Stage(Size view, std::int32_t bits_per_pixel, const Pictures& pictures)
     : engine_({.width = view.width, .height = view.height, .bits_per_pixel = bits_per_pixel}),
       view_(view),
       bits_per_pixel_(bits_per_pixel),
       pitch_(engine_.screen().pitch()) {
+    create_maps(engine_, Role::cover, pictures.cover);
+    create_maps(engine_, Role::back, pictures.back);
+    create_maps(engine_, Role::front, pictures.front);
+}
+
+void Stage::load(const std::filesystem::path& module) {
+    engine_.unload();
     engine_.load(module);
-    create_maps(engine_, Picture::sky, pictures.sky);
-    create_maps(engine_, Picture::hills, pictures.hills);
-    create_maps(engine_, Picture::woods, pictures.woods);
 }
 
 std::int32_t Stage::front_graph(const Variant& v) {
     const bool opaque = v.planes == 1 && v.mode == 0 && !v.front_alpha;
-    return graph(opaque ? Picture::sky : Picture::woods, v.front_alpha);
+    return graph(opaque ? Role::cover : Role::front, v.front_alpha);
 }
 
 std::int32_t Stage::back_graph(const Variant& v) {
     if (v.planes == 1) return 0;
-    return graph(v.keyed() || v.back_alpha ? Picture::hills : Picture::sky, v.back_alpha);
+    return graph(v.keyed() || v.back_alpha ? Role::back : Role::cover, v.back_alpha);
 }
 
 host::Map& Stage::front_map(const Variant& v) {
@@ -53,7 +58,7 @@ host::Map& Stage::back_map(const Variant& v) {
 }
 
 void Stage::lay_backdrop() {
-    host::Map& sky = *engine_.files().find_map(file, graph(Picture::sky, false));
+    host::Map& sky = *engine_.files().find_map(file, graph(Role::cover, false));
     for (std::int32_t y = 0; y < view_.height; ++y)
         std::memcpy(engine_.screen().row(y).data(), sky.row(view_.height - 1 - y).data(),
                     static_cast<std::size_t>(pitch_));
@@ -89,6 +94,15 @@ Show::Show(Stage& stage, const Variant& variant, std::int32_t scroll)
     for (__RVKBlit2D__* entry : engine.blit_lists().main().entries())
         if (entry->id == scroll) entry_ = entry;
     if (entry_ == nullptr) throw host::Error("the frame hook made no entry of the scroll");
+}
+
+void Show::go(Position at) {
+    const Position part{stage_.view().width / 3, stage_.view().height / 3};  // a third is moved, not filled
+    *x0_ = at.x - part.x;
+    *y0_ = at.y - part.y;
+    move({0, 0});
+    refill();
+    move(part);
 }
 
 Show::~Show() {

@@ -6,21 +6,21 @@
 #include <filesystem>
 #include <span>
 
-#include "bench/landscape.h"
+#include "bench/pictures.h"
 #include "bench/scene.h"
 #include "host/engine.h"
 
 namespace bench {
 
-enum class Picture : std::int32_t { sky = 10, hills = 11, woods = 12 };
-
 // One lives at a time, like the engine in it.
 class Stage {
   public:
-    // A screen of `view` at `bits_per_pixel` over maps made of `pictures`.
+    // A screen of `view` at `bits_per_pixel` over maps made of `pictures`, without a module.
+    Stage(Size view, std::int32_t bits_per_pixel, const Pictures& pictures);
+
+    // Loads a module, in place of the one that was there. No show may run.
     // Errors: host::Error for a module that cannot be loaded.
-    Stage(const std::filesystem::path& module, Size view, std::int32_t bits_per_pixel,
-          const Pictures& pictures);
+    void load(const std::filesystem::path& module);
 
     [[nodiscard]] host::Engine& engine() { return engine_; }
     [[nodiscard]] Size view() const { return view_; }
@@ -28,8 +28,7 @@ class Stage {
     [[nodiscard]] std::int32_t pitch() const { return pitch_; }  // bytes a screen row
     [[nodiscard]] std::span<std::byte> screen() { return engine_.screen().bytes(); }
 
-    // The maps of a variant's planes. Opaque planes without alpha show the sky, other back planes the hills,
-    // other front planes the woods.
+    // The maps of a variant's planes. Opaque planes without alpha show the cover picture.
     [[nodiscard]] host::Map& front_map(const Variant& variant);
     [[nodiscard]] host::Map& back_map(const Variant& variant);
     [[nodiscard]] static std::int32_t front_graph(const Variant& variant);
@@ -64,6 +63,9 @@ class Show {
         aim(step);
         blit_(entry_);
     }
+    // Fills the buffers such that their rings begin in the middle, with `at` in the view's top left corner.
+    void go(Position at);
+
     // Aims likewise and moves the scroll by a script call, drawing nothing.
     void move(Position step) {
         aim(step);

@@ -15,7 +15,8 @@ double microseconds_since(Clock::time_point start) {
 }
 
 // Timed in blocks, since reading the clock costs as much as a small pass.
-double take_turn(const Contender& contender, const Plan& plan, int& block) {
+double take_turn(const Contender& contender, int place, const Plan& plan, int& block) {
+    if (contender.begin) contender.begin(place);
     for (int i = 0; i < contender.warm_passes; ++i) contender.pass();
     int passes = 0;
     double spent = 0;
@@ -40,14 +41,14 @@ double geometric_mean(const std::vector<double>& values) {
 
 std::vector<Timing> time_side_by_side(const std::vector<Contender>& contenders, const Plan& plan) {
     std::vector<Timing> timings;
-    for (const Contender& contender : contenders)
-        timings.push_back({contender.name, std::numeric_limits<double>::infinity()});
+    for (const Contender& contender : contenders) timings.push_back({contender.name, 0});
     std::vector<int> blocks(contenders.size(), 1);
-    for (int round = 0; round < plan.rounds; ++round) {
-        for (std::size_t i = 0; i < contenders.size(); ++i) {
-            const double turn = take_turn(contenders[i], plan, blocks[i]);
-            timings[i].microseconds = std::min(timings[i].microseconds, turn);
-        }
+    for (int place = 0; place < plan.places; ++place) {
+        std::vector<double> best(contenders.size(), std::numeric_limits<double>::infinity());
+        for (int round = 0; round < plan.rounds; ++round)
+            for (std::size_t i = 0; i < contenders.size(); ++i)
+                best[i] = std::min(best[i], take_turn(contenders[i], place, plan, blocks[i]));
+        for (std::size_t i = 0; i < contenders.size(); ++i) timings[i].microseconds += best[i] / plan.places;
     }
     return timings;
 }

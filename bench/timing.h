@@ -1,6 +1,6 @@
 // Side-by-side timing. Contenders take turns, round after round, so that a change of clock speed or a busy
 // neighbour meets them all. A turn is several untimed passes, then as many timed ones as fill its time. What
-// counts is the best of many short turns: whatever disturbs a turn only ever makes it longer.
+// counts is the best of several short turns: whatever disturbs a turn only ever makes it longer.
 #pragma once
 
 #include <functional>
@@ -11,12 +11,16 @@ namespace bench {
 
 struct Contender {
     std::string name;
-    std::function<void()> pass;  // one frame, one copy, one move
-    int warm_passes = 5;         // untimed, at the start of each turn
+    std::function<void()> pass;            // one frame, one copy, one move
+    std::function<void(int place)> begin;  // untimed, before each turn; may be empty
+    int warm_passes = 5;                   // untimed, at the start of each turn
 };
 
+// What a frame costs depends on what it shows. So every contender begins its turns at the same few places, as
+// many turns at each.
 struct Plan {
-    int rounds = 9;
+    int places = 3;
+    int rounds = 3;                  // turns of each contender at a place
     double turn_microseconds = 400;  // least timed part of a turn
     int least_passes = 4;            // of a turn, since frames of a moving scroll differ in cost
     double patience = 10;            // turns that take that many times too long may have fewer
@@ -24,7 +28,7 @@ struct Plan {
 
 struct Timing {
     std::string name;
-    double microseconds;  // a pass, in the contender's best turn
+    double microseconds;  // a pass: the mean over the places of the contender's best turn there
 };
 
 // One timing per contender, in their order.
