@@ -45,9 +45,12 @@ std::vector<Timing> time_side_by_side(const std::vector<Contender>& contenders, 
     std::vector<int> blocks(contenders.size(), 1);
     for (int place = 0; place < plan.places; ++place) {
         std::vector<double> best(contenders.size(), std::numeric_limits<double>::infinity());
-        for (int round = 0; round < plan.rounds; ++round)
-            for (std::size_t i = 0; i < contenders.size(); ++i)
+        for (int round = 0; round < plan.rounds; ++round) {
+            for (std::size_t turn = 0; turn < contenders.size(); ++turn) {
+                const std::size_t i = round % 2 == 0 ? turn : contenders.size() - 1 - turn;
                 best[i] = std::min(best[i], take_turn(contenders[i], place, plan, blocks[i]));
+            }
+        }
         for (std::size_t i = 0; i < contenders.size(); ++i) timings[i].microseconds += best[i] / plan.places;
     }
     return timings;
