@@ -35,13 +35,13 @@ std::vector<Build> builds_of(const Options& options) {
     return builds;
 }
 
-bool is_round(Size view) {
+bool is_common(Size view) {
     return std::any_of(view_sizes.begin(), view_sizes.end(),
                        [view](Size v) { return v.width == view.width; });
 }
 
-// Every kind of pictures moves by one and by four in every view; it stands still in the common ones. Only the
-// landscape fills the largest view, and jumps.
+// Every kind of pictures moves by four in every view; in the common ones it also moves by one, and stands
+// still. Only the landscape fills the largest view, and jumps.
 std::vector<Size> views_of(const Options& options, const Kind& kind) {
     if (options.quick) return {{320, 200}, {641, 480}};
     std::vector<Size> views(view_sizes.begin(), view_sizes.end() - 1);
@@ -52,14 +52,14 @@ std::vector<Size> views_of(const Options& options, const Kind& kind) {
 
 std::vector<Motion> motions_of(const Options& options, const Kind& kind, Size view) {
     if (options.quick) return {by_four};
-    if (!is_round(view)) return {by_one, by_four};
+    if (!is_common(view)) return {by_four};
     if (kind.paint == paint_landscape) return {still, by_one, by_four, by_forty};
     return {still, by_one, by_four};
 }
 
 // The peers take most of the time, and what they cost hardly depends on the motion.
 bool meets_peers(const Options& options, const Scene& scene) {
-    return options.peers && !options.quick && is_round(scene.view) && scene.motion.step.y != 0;
+    return options.peers && !options.quick && is_common(scene.view) && scene.motion.step.y != 0;
 }
 
 // The scenes of one stage: those of a kind, a view and a depth, in the order of the table.

@@ -25,6 +25,7 @@ void print_processor() {
 
 void run(const Options& options) {
     const auto wanted = [&](const char* part) { return options.only.empty() || options.only == part; };
+    if (!options.sheet.empty()) return write_sheet(options.sheet);
     std::setvbuf(stdout, nullptr, _IOLBF, 0);  // each row as it is known, into a file too
     print_processor();
     Report report;

@@ -23,6 +23,7 @@ std::optional<Options> parse_options(int argc, char** argv, int& exit_status) {
     std::vector<std::string> kind_names;
     for (const Kind& kind : kinds()) kind_names.emplace_back(kind.name);
     app.add_option("--kind", options.kind, "One kind of pictures to draw")->check(CLI::IsMember(kind_names));
+    app.add_option("--sheet", options.sheet, "Measure nothing; show the kinds of pictures in this PNG");
     app.add_option("--csv", options.csv, "Write every measurement into this file");
     app.add_flag("--rle", options.run_length,
                  "Time SDL2 with run-length encoded surfaces too, for comparison; it counts as no peer");

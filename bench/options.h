@@ -11,6 +11,7 @@ struct Options {
     std::string module;  // path of the shared object
     std::string other;   // one to draw the same scenes beside it; empty: none
     std::string csv;     // empty: none
+    std::string sheet;   // file for a sheet of the kinds of pictures, in place of measuring; empty: none
     std::string filter;  // only measurements whose name contains it; empty: all
     std::string kind;    // of pictures, for drawing; empty: all
     std::string only;    // empty: all parts; otherwise draw, fill, move or growth

@@ -18,4 +18,8 @@ void measure_moves(const Options& options, Report& report);
 // the rules that measure_drawing checks.
 void measure_growth(const Options& options, Report& report);
 
+// sheet.cpp: measures nothing, but shows each kind of pictures, both planes over the cover, in the order of
+// kinds(). Errors: std::runtime_error for a file that cannot be written.
+void write_sheet(const std::string& path);
+
 }  // namespace bench

@@ -34,7 +34,7 @@ struct Kind {
 [[nodiscard]] Pictures paint_art(Size size);
 
 // runs.cpp: every row changes between transparent, opaque and partly transparent in runs of random length, 1
-// to `longest` pixels, neighbours never alike. A partly transparent run has one alpha.
+// to `longest` pixels, neighbours never alike. A run has one colour and one alpha.
 [[nodiscard]] Pictures paint_runs(Size size, std::int32_t longest);
 
 // In the order of the tables, the calmest first.

@@ -40,10 +40,9 @@ void append_row(host::Image& image, std::int32_t longest, Random& random) {
     std::int32_t number = random.below(3);
     while (left > 0) {
         number = (number + 1 + random.below(2)) % 3;
-        const auto run = static_cast<Run>(number);
-        const std::uint8_t alpha = alpha_of(run, random);
+        const host::Rgba run = colour(alpha_of(static_cast<Run>(number), random), random);
         const std::int32_t length = std::min(left, 1 + random.below(longest));
-        for (std::int32_t i = 0; i < length; ++i) image.pixels.push_back(colour(alpha, random));
+        image.pixels.insert(image.pixels.end(), static_cast<std::size_t>(length), run);
         left -= length;
     }
 }

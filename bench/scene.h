@@ -61,7 +61,7 @@ const std::vector<Family>& families();
 
 inline constexpr std::array<Size, 4> view_sizes{{{320, 200}, {640, 480}, {1280, 720}, {1920, 1080}}};
 
-// Neighbours of those whose rows do not end with a vector register.
+// Those whose rows do not end with a vector register.
 inline constexpr std::array<Size, 3> odd_view_sizes{{{333, 200}, {500, 375}, {641, 480}}};
 
 // The map that each view is given: larger than the view, and of no round size.

@@ -101,7 +101,6 @@ void Show::go(Position at) {
     *x0_ = at.x - part.x;
     *y0_ = at.y - part.y;
     move({0, 0});
-    refill();
     move(part);
 }
 

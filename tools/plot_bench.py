@@ -16,6 +16,7 @@ import matplotlib
 matplotlib.use("Agg")
 import matplotlib.pyplot as plt  # noqa: E402  (after the choice of a backend that needs no window)
 
+PEERS = ("SDL2", "pixman", "SDL2 run-length")
 COLOURS = {"module": "#1b6ca8", "SDL2": "#d1603d", "pixman": "#7a9e3c", "SDL2 run-length": "#b99ac7"}
 
 
@@ -39,36 +40,94 @@ def save(figure, path):
     figure.savefig(path, metadata={"Date": None})
 
 
-def plot_drawing(rows, folder):
-    """Time / memcpy of the view: one line per family and depth; the module's bar reaches to its worst scene."""
-    figures = defaultdict(lambda: defaultdict(list))
+def scenes(rows):
+    """The moving scenes that were drawn: what they are, and the microseconds of each contender."""
+    drawn = defaultdict(dict)
     for row in rows:
-        if row["part"] == "draw" and row["contender"] != "memcpy":
-            figures[row["family"], row["bits_per_pixel"]][row["contender"]].append(row["ratio"])
-    if not figures:
-        return
-    # Families in the table's order: all depths of a family together.
+        if row["part"] == "draw" and row["value"] != "still":
+            key = tuple(row[name] for name in ("pictures", "family", "bits_per_pixel", "variant", "width", "value"))
+            drawn[key][row["contender"]] = row["microseconds"]
+    return drawn
+
+
+def by_family(drawn, figure):
+    """{(family, depth): {column: [ratio, ...]}} of the pairs (column, ratio) that `figure` gives for a scene."""
+    figures = defaultdict(lambda: defaultdict(list))
+    for (pictures, family, depth, *_), times in drawn.items():
+        for column, ratio in figure(pictures, times):
+            figures[family, depth][column].append(ratio)
+    return figures
+
+
+def family_lines(figures):
+    """Families in the table's order, all depths of a family together."""
     order = list(dict.fromkeys(family for family, _ in figures))
     order.sort(key=lambda family: min(depth for name, depth in figures if name == family))
-    lines = sorted(figures, key=lambda line: (order.index(line[0]), line[1]))
-    figure, axes = plt.subplots(figsize=(9, 0.3 * len(lines) + 1.4), layout="constrained")
-    for y, line in enumerate(lines):
-        for contender, ratios in figures[line].items():
-            mean = geometric_mean(ratios)
-            colour = COLOURS[contender]
-            if contender == "module":
-                axes.plot([mean, max(ratios)], [y, y], color=colour, linewidth=2)
-                axes.plot(max(ratios), y, "|", color=colour, markersize=9)
-            axes.plot(mean, y, "o", color=colour, label=contender if y == 0 else None)
-    axes.set_yticks(range(len(lines)), [f"{family}, {depth} bits" for family, depth in lines])
-    axes.invert_yaxis()
+    return sorted(figures, key=lambda line: (order.index(line[0]), line[1]))
+
+
+def set_ratios(axes, ticks, label):
     axes.set_xscale("log")
-    ticks = [1, 2, 3, 5, 10, 20, 50, 100]
     axes.set_xticks(ticks, map(str, ticks))
     axes.minorticks_off()
     axes.grid(axis="x", alpha=0.4)
-    axes.set_xlabel("time / memcpy of the view")
-    axes.set_title("Geometric means; the module's line ends at its worst scene", fontsize="medium")
+    axes.set_xlabel(label)
+
+
+def set_families(axes, lines):
+    axes.set_yticks(range(len(lines)), [f"{family}, {depth} bits" for family, depth in lines])
+    axes.set_ylim(len(lines) - 0.5, -0.5)
+
+
+def plot_kinds(rows, folder):
+    """The module on each kind of pictures: one panel over memcpy of the view, one over the straight loops."""
+    drawn = scenes(rows)
+    bases = [base for base in ("memcpy", "straight") if any(base in times for times in drawn.values())]
+    if not bases:
+        return
+    figure, panels = plt.subplots(1, len(bases), figsize=(6 * len(bases), 8), sharey=True, squeeze=False,
+                                  layout="constrained")
+    colours = plt.get_cmap("viridis")
+    for panel, base in zip(panels.flat, bases):
+        figures = by_family(drawn, lambda pictures, times: [(pictures, times["module"] / times[base])])
+        lines = family_lines(figures)
+        kinds = list(dict.fromkeys(pictures for pictures, *_ in drawn))
+        for number, kind in enumerate(kinds):
+            points = [(geometric_mean(figures[line][kind]), y) for y, line in enumerate(lines) if figures[line][kind]]
+            panel.plot(*zip(*points), "o", color=colours(number / max(1, len(kinds) - 1)), alpha=0.8, label=kind)
+        set_families(panel, lines)
+    set_ratios(panels[0, 0], [1, 1.5, 2, 3, 4, 6], "time / memcpy of the view")
+    if len(bases) == 2:
+        set_ratios(panels[0, 1], [0.5, 0.6, 0.7, 0.8, 0.9, 1, 1.1], "time / that of the straight loops")
+        panels[0, 1].axvline(1, color="black", linewidth=0.8)
+    panels[0, 0].legend(loc="upper right", title="pictures")
+    save(figure, folder / "kinds.svg")
+
+
+def plot_drawing(rows, folder):
+    """Module and peers over memcpy of the view: one line per family and depth, over every kind of pictures."""
+    contenders = ("module", *PEERS)
+
+    def figure_of(_, times):
+        return [(name, times[name] / times["memcpy"]) for name in contenders if name in times]
+
+    beside_peers = {key: times for key, times in scenes(rows).items() if any(peer in times for peer in PEERS)}
+    figures = by_family(beside_peers, figure_of)
+    if not figures:
+        return
+    lines = family_lines(figures)
+    figure, axes = plt.subplots(figsize=(9, 0.3 * len(lines) + 1.4), layout="constrained")
+    for contender in contenders:
+        points = [(figures[line][contender], y) for y, line in enumerate(lines) if figures[line][contender]]
+        if points:
+            axes.plot([geometric_mean(ratios) for ratios, _ in points], [y for _, y in points], "o",
+                      color=COLOURS[contender], label=contender)
+        if contender == "module":
+            for ratios, y in points:
+                axes.plot([min(ratios), max(ratios)], [y, y], color=COLOURS[contender], linewidth=2, alpha=0.5)
+    set_families(axes, lines)
+    set_ratios(axes, [1, 2, 3, 5, 10, 20, 50, 100], "time / memcpy of the view")
+    axes.set_title("Geometric means; the module's line reaches from its best scene to its worst", fontsize="medium")
     axes.legend(loc="upper right", ncols=2)
     save(figure, folder / "drawing.svg")
 
@@ -147,6 +206,7 @@ def main():
     except (OSError, KeyError, ValueError) as error:
         sys.exit(f"plot_bench: {arguments.csv} cannot be read: {error}")
     arguments.folder.mkdir(parents=True, exist_ok=True)
+    plot_kinds(rows, arguments.folder)
     plot_drawing(rows, arguments.folder)
     plot_moves(rows, arguments.folder)
     plot_growth(rows, arguments.folder)
