@@ -24,7 +24,8 @@ add_library(scroll2d_objects OBJECT
     module/render/sprites.cpp
     module/render/services.cpp
     module/entry/lifecycle.cpp
-    module/entry/registration.cpp)
+    module/entry/registration.cpp
+    module/entry/version.cpp)
 
 set_target_properties(scroll2d_objects PROPERTIES
     POSITION_INDEPENDENT_CODE ON

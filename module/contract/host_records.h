@@ -8,10 +8,13 @@
  *
  * C99 and C++11 or later, 32-bit targets only. This header holds declarations and nothing else.
  *
- * Ownership: every record but ScrollSystemInterface is the host's. The module borrows, and never frees.
+ * Ownership: a record is the host's, and the module borrows it and never frees, unless the line above says
+ * that it is the module's. A field is written by whom the record belongs to; in the host's records the module
+ * writes those whose comment begins with "written" or with S, P or L, and those that are "also written".
  * Threads: one, the host's.
  *
- * Laid out by hand: a line of a record is one of its words or a gap between them.
+ * Laid out by hand: a line of a record is one of its words or a gap between them. tools/records.py reads
+ * them.
  */
 /* clang-format off */
 #ifndef RVK_MOD_SCROLL2D_HOST_RECORDS_H
@@ -25,6 +28,12 @@ extern "C" {
 #include <stddef.h>
 #include <stdint.h>
 #endif
+
+/* The module that this header belongs to. The first number changes when a host must. */
+#define RVK_MOD_SCROLL2D_VERSION_MAJOR 1
+#define RVK_MOD_SCROLL2D_VERSION_MINOR 0
+#define RVK_MOD_SCROLL2D_VERSION_PATCH 0
+#define RVK_MOD_SCROLL2D_VERSION "1.0.0"
 
 /* Holds a field to its word, or to its byte where it is smaller than a word. Where the target is wrong, that
  * is the only thing to be said: the asserts would all fail.
@@ -130,7 +139,7 @@ typedef struct ProcessLocals {
     uint32_t       reserved_10[16];
     int32_t        scroll_mask;     /* bit i: shown in scroll i; 0: in every scroll */
     int32_t        file;            /* file of the graphic */
-    int32_t        graph;           /* map code of the graphic; written from the graph table */
+    int32_t        graph;           /* map code of the graphic; also written, from the graph table */
     const int32_t* graph_table;     /* [0] count 1-256, then the codes, negative = mirrored; null: none */
     int32_t        x;               /* world position, 1/resolution pixel when resolution > 0 */
     int32_t        y;
@@ -140,13 +149,13 @@ typedef struct ProcessLocals {
     int32_t        resolution;      /* divisor of x and y when greater than 0 */
     uint32_t       reserved_36[2];
     int32_t        word38;          /* copied */
-    int32_t        angle;           /* thousandths of a degree; brought into 0-359999 with a graph table */
+    int32_t        angle;           /* thousandths of a degree; also written: 0-359999 with a graph table */
     int32_t        size;            /* per cent, 100 = unscaled */
     int32_t        size_x;          /* per cent */
     int32_t        size_y;          /* per cent */
     int32_t        word43;          /* copied; nonzero selects the general sprite routines */
     int32_t        word44;          /* copied; nonzero selects the general sprite routines */
-    int32_t        flags;           /* bit 0 mirrored; written from the graph table */
+    int32_t        flags;           /* bit 0 mirrored; also written, from the graph table */
     int32_t        word46;          /* copied */
     int32_t        word47;          /* copied */
     int32_t        word48;          /* copied */
@@ -288,8 +297,8 @@ RVK_AT_WORD(BlitList, zorder, 6);
 
 /* ---- The module's services for the graphics module ----------------------------------------------------- */
 
-/* Scroll numbers are 0-9. A mask is a process's scroll_mask: 0 means every scroll, bit i scroll i.
- * Results are 1 (success, yes) or 0 (failure, no). */
+/* The module's. Scroll numbers are 0-9. A mask is a process's scroll_mask: 0 means every scroll, bit i
+ * scroll i. Results are 1 (success, yes) or 0 (failure, no). */
 typedef struct ScrollSystemInterface {
     /* Draws the scroll of a scroll entry. [while the host draws its main list] */
     int32_t (*BlitScroll2D)(__RVKBlit2D__* blit);
@@ -422,7 +431,9 @@ RVK_AT_WORD(HostRuntime, Graphics, 80);
 
 /* ---- Registration -------------------------------------------------------------------------------------- */
 
-/* Each table is copied by the host during the call and ends with a row of zeros. */
+/* The three tables are copied by the host during the call; each ends with a row of zeros. */
+
+/* The module's. A name for scripts. */
 typedef struct ConstantRow {
     const char* name;
     int32_t     value;
@@ -431,6 +442,7 @@ RVK_AT_WORD(ConstantRow, name, 0);
 RVK_AT_WORD(ConstantRow, value, 1);
 RVK_LAYOUT(sizeof(ConstantRow) == 8);
 
+/* The module's. A function for scripts. */
 typedef struct FunctionRow {
     const char* signature;       /* "scroll_move(I)": the name and a type per argument */
     const char* return_type;     /* "I" */
@@ -443,7 +455,7 @@ RVK_AT_WORD(FunctionRow, zero, 2);
 RVK_AT_WORD(FunctionRow, handler, 3);
 RVK_LAYOUT(sizeof(FunctionRow) == 16);
 
-/* id: 1 init, 2 frame, 3 update (after a change of video mode), 4 release. */
+/* The module's. id: 1 init, 2 frame, 3 update (after a change of video mode), 4 release. */
 typedef struct HookRow {
     int32_t id;
     void    (*function)(void);
