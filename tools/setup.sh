@@ -6,7 +6,7 @@ readonly SCROLL2D_ROOT
 
 # What the system itself must provide: to the module, the host and their tests, and to the player beside the 32-bit
 # libraries of tools/i386_packages.txt.
-readonly SCROLL2D_PACKAGES=(g++ g++-multilib cmake ninja-build doctest-dev python3-pil)
+readonly SCROLL2D_PACKAGES=(g++ g++-multilib cmake ninja-build doctest-dev pkgconf python3-pil python3-pyelftools)
 readonly SCROLL2D_PLAYER_PACKAGES=(libcli11-dev libstb-dev ca-certificates)
 
 say() { echo "${0##*/}: $*" >&2; }

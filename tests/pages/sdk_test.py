@@ -1,25 +1,37 @@
 #!/usr/bin/python3
 """The SDK as the author of a host has it: what is installed, its pages, its examples and the steps of the guide.
 
-usage: sdk_test.py [Sdk | Guide]
+usage: sdk_test.py [Sdk | Layout | Python | Release]
+
+Layout reads the debug information of a release build. Exit status 77: what a part needs is not there.
 
 From the environment: BUILD, the folder of a build, else build/release; CC, the C compiler; FLAGS, what every object of
 that build is compiled with besides -m32 (the sanitizers, if any).
 """
+import json
 import os
 import pathlib
 import re
+import runpy
 import shutil
 import subprocess
+import sys
 import unittest
+
+try:
+    from elftools.elf.elffile import ELFFile
+except ImportError:
+    ELFFile = None
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 BUILD = pathlib.Path(os.environ.get("BUILD", ROOT / "build/release"))
 SDK, WORK = BUILD / "sdk", BUILD / "sdk_test"
 PAGES, MODULE = SDK / "share/doc/RVK_mod_scroll2D", SDK / "lib/rvk/RVK_mod_scroll2D.so"
+PYTHON = ROOT / "build/python"
 COMPILERS = (("gcc", ".c", "c99", "c11"), ("clang", ".c", "c99", "c11"),
              ("g++", ".cpp", "c++11", "c++20"), ("clang++", ".cpp", "c++11", "c++20"))
 WARNINGS = ("-Wall -Wextra -Wpedantic -pedantic-errors -Wconversion -Wshadow -Wcast-qual -Wundef -Wredundant-decls -Werror").split()
+SYMBOLS = BUILD / "RVK_mod_scroll2D.so.debug"
 WRONG_TARGET = "RVK_mod_scroll2D is for targets with pointers of 4 bytes: compile with -m32"
 EXAMPLES = "one_page_host", "sprites_host"
 
@@ -39,6 +51,7 @@ class Case(unittest.TestCase):
     def succeed(self, *words, **options):
         status, output = run(*words, **options)
         self.assertEqual(status, 0, output)
+        return output
 
     def same_picture(self, drawn, example):
         committed = ROOT / f"docs/host/{example}.png"
@@ -51,10 +64,10 @@ class Sdk(Case):
         cls().succeed("cmake", "--install", BUILD, "--prefix", empty(SDK))
         empty(WORK)
 
-    def compiled(self, source):
+    def compiled(self, source, *words):
         program = WORK / source.stem
         self.succeed(os.environ.get("CC", "cc"), "-m32", "-std=c99", "-Wall", "-Wextra", "-Wpedantic", "-Wconversion", "-Werror",
-                     *os.environ.get("FLAGS", "").split(), "-I", SDK / "include", source, "-ldl", "-o", program)
+                     *os.environ.get("FLAGS", "").split(), *(words or ("-I", SDK / "include")), source, "-ldl", "-o", program)
         return program
 
     def test_what_installed_pages_link_to_and_show_is_installed(self):
@@ -67,6 +80,8 @@ class Sdk(Case):
     def test_the_table_of_the_guide_lists_what_is_installed(self):
         guide = (PAGES / "docs/host-authors.md").read_text()
         listed = re.findall(r"^\| `((?:include|lib|share)/.*?)` \|", guide, re.MULTILINE)
+        if not SYMBOLS.exists():  # the build keeps them in the module
+            listed.remove("lib/debug/")
         for path in SDK.rglob("*"):
             name = str(path.relative_to(SDK))
             self.assertTrue(path.is_dir() or any(name.startswith(entry) for entry in listed), name)
@@ -85,11 +100,29 @@ class Sdk(Case):
                 status, output = run(*words, "-m64")
                 self.assertEqual((status != 0, output.count("error:"), WRONG_TARGET in output), (True, 1, True), output)
 
-    def test_the_installed_examples_draw_what_the_guide_shows(self):
-        for example in EXAMPLES:
-            drawn = WORK / f"{example}.ppm"
-            self.succeed(self.compiled(PAGES / f"examples/{example}.c"), MODULE, drawn)
-            self.same_picture(drawn, example)
+    def test_cmake_and_pkg_config_find_what_the_examples_need_for_their_pictures(self):
+        drawn, flags = WORK / "drawn.ppm", f"-DCMAKE_C_FLAGS={os.environ.get('FLAGS', '')}"
+        project = empty(WORK / "project")
+        (project / "CMakeLists.txt").write_text(
+            "cmake_minimum_required(VERSION 3.13)\nproject(host C)\nfind_package(RVK_mod_scroll2D ${WANTED} REQUIRED)\n"
+            f"add_executable(host {PAGES}/examples/one_page_host.c)\n"
+            "target_link_libraries(host RVK_mod_scroll2D::headers ${CMAKE_DL_LIBS} -m32)\n"
+            "target_compile_options(host PRIVATE -m32)\nfile(SIZE ${RVK_mod_scroll2D_RECORDS} size)\n"
+            f"add_custom_command(TARGET host POST_BUILD COMMAND host ${{RVK_mod_scroll2D_MODULE}} {drawn})\n")
+        configure = "cmake", "-S", project, f"-DCMAKE_PREFIX_PATH={SDK}", f"-DCMAKE_C_COMPILER={os.environ.get('CC', 'cc')}"
+        for name, words in (("64", (flags,)), ("32", (flags + " -m32",))):
+            self.succeed(*configure, "-B", project / name, "-DWANTED=1.0", *words)
+            self.succeed("cmake", "--build", project / name)
+            self.same_picture(drawn, "one_page_host")
+            drawn.unlink()
+        self.assertIn('compatible with requested version "2"', " ".join(run(*configure, "-B", project / "2", "-DWANTED=2")[1].split()))
+        def ask(*words):
+            environment = dict(os.environ, PKG_CONFIG_PATH=str(SDK / "lib/pkgconfig"))
+            return self.succeed("pkg-config", *words, "RVK_mod_scroll2D", env=environment).strip()
+        self.assertEqual(ask("--modversion"), json.loads(pathlib.Path(ask("--variable=records")).read_text())["version"])
+        program = self.compiled(PAGES / "examples/sprites_host.c", *ask("--cflags").split())
+        self.succeed(program, ask("--variable=module"), drawn)
+        self.same_picture(drawn, "sprites_host")
 
     def test_an_example_says_what_failed(self):
         program = self.compiled(PAGES / "examples/one_page_host.c")
@@ -115,17 +148,81 @@ class Sdk(Case):
         self.assertEqual((status, output), (1, "sprites_host: HostRuntime.PopInt is null\n"))
 
 
-class Guide(Case):
-    def test_the_steps_lead_from_an_empty_folder_to_the_pictures(self):
+def type_name(die):
+    """Of what debug information says of a type: as records.json spells it, functions by result and arguments."""
+    def behind(die):
+        return type_name(die.get_DIE_from_attribute("DW_AT_type")) if "DW_AT_type" in die.attributes else "void"
+    kind, name = die.tag.removeprefix("DW_TAG_"), die.attributes.get("DW_AT_name")
+    if kind == "pointer_type":
+        return behind(die) + "*" * (not behind(die).endswith(")"))
+    if kind == "array_type":
+        return f"{behind(die)}[{next(die.iter_children()).attributes['DW_AT_upper_bound'].value + 1}]"
+    if kind == "subroutine_type":
+        return f"{behind(die)}({', '.join(behind(argument) for argument in die.iter_children())})"
+    if kind == "const_type":
+        return "const " + behind(die)
+    return behind(die) if kind == "typedef" and not name.value.endswith(b"_t") else name.value.decode()
+
+
+@unittest.skipUnless(ELFFile, "no python3-pyelftools")
+class Layout(Case):
+    def test_the_records_for_machines_are_those_of_the_debug_information(self):
+        found = {}
+        with SYMBOLS.open("rb") as file:
+            for unit in ELFFile(file).get_dwarf_info().iter_CUs():
+                for die in unit.get_top_DIE().iter_children():
+                    if die.tag == "DW_TAG_structure_type" and {"DW_AT_name", "DW_AT_byte_size"} <= set(die.attributes):
+                        members = [m for m in die.iter_children() if m.tag == "DW_TAG_member"]
+                        found[die.attributes["DW_AT_name"].value.decode()] = die.attributes["DW_AT_byte_size"].value, [
+                            (m.attributes["DW_AT_name"].value.decode(), m.attributes["DW_AT_data_member_location"].value,
+                             type_name(m.get_DIE_from_attribute("DW_AT_type"))) for m in members]
+        layout = json.loads((BUILD / "records.json").read_text())
+        self.assertGreater(len(layout["records"]), 15)
+        for record in layout["records"]:
+            fields = [(f["name"], f["byte"], f"{f['result']}({', '.join(a['type'] for a in f['arguments'])})"
+                       if f["type"] == "function" else f["type"] + (f"[{f['count']}]" if "count" in f else "")) for f in record["fields"]]
+            self.assertEqual(found[record["name"]], (record["bytes"], fields), record["name"])
+
+
+@unittest.skipUnless((PYTHON / ".complete").exists(), "no 32-bit Python: tools/fetch_python.sh")
+class Python(Case):
+    def test_the_binding_made_from_the_layout_draws_the_picture_of_the_guide(self):
+        prefix = empty(BUILD / "python_test")
+        self.succeed("cmake", "--install", BUILD, "--prefix", prefix)
+        program, drawn = prefix / "share/doc/RVK_mod_scroll2D/examples/python_host.py", prefix / "drawn.ppm"
+        environment = dict(os.environ, LD_LIBRARY_PATH=str(PYTHON / "usr/lib/i386-linux-gnu"), PYTHONHOME=str(PYTHON / "usr"))
+        self.assertEqual(self.succeed(PYTHON / "usr/bin/python3.11", "-B", program, prefix, drawn, env=environment), "")
+        self.same_picture(drawn, "one_page_host")
+        status, output = run(sys.executable, "-B", program, prefix, drawn)
+        self.assertEqual((status, output.splitlines()[-1:]), (1, ["ImportError: RVK_mod_scroll2D needs an interpreter with pointers of 4 bytes"]))
+
+
+class Release(Case):
+    def test_an_archive_and_the_steps_of_the_guide_give_the_same_bytes_and_lead_to_the_pictures(self):
         """All but the first block of shell lines: the packages are here, or nothing would have been built."""
         blocks = re.findall(r"```sh\n(.*?)```", (ROOT / "docs/host-authors.md").read_text(), re.DOTALL)
         self.assertEqual(len(blocks), 4, "packages, SDK, two hosts")
-        steps = re.sub(r"src=\S+", f"src='{ROOT}'", "".join(blocks[1:]))
-        folder = empty(BUILD / "host_guide")
-        self.succeed("sh", "-e", "-c", steps, cwd=folder)
+        folder, environment = empty(BUILD / "release_test"), {k: v for k, v in os.environ.items() if "LAUNCHER" not in k}
+        sources, built, unpacked = folder / "a copy", folder / "built", folder / "unpacked"
+        shutil.copytree(ROOT, sources, ignore=shutil.ignore_patterns("build", "out", ".git", "__pycache__"))
+        self.succeed(sources / "tools/release", "--out", folder, "linux-i386", env=environment)
+        self.succeed("sha256sum", "--check", "--strict", "SHA256SUMS", cwd=folder)
+        archive = next(folder.glob("scroll2d-*-linux-i386.tar.gz"))
+        self.succeed("sh", "-e", "-c", re.sub(r"src=\S+", f"src='{ROOT}'", blocks[1]), cwd=empty(built), env=environment)
+        pack = runpy.run_path(str(ROOT / "tools/release"))["pack"]
+        self.assertEqual(pack(built / "sdk", "linux-i386"), archive.read_bytes())
+        empty(unpacked)
+        self.succeed("tar", "-xf", archive, "--one-top-level=sdk", "--strip-components=1", cwd=unpacked)
+        self.succeed("sh", "-e", "-c", "".join(blocks[2:]), cwd=unpacked)
         for picture, example in zip(("picture.ppm", "sprites.ppm"), EXAMPLES):
-            self.same_picture(folder / picture, example)
+            self.same_picture(unpacked / picture, example)
+
+        self.succeed("git", "init", "-q", sources)
+        for target, message in (("linux-i386", "release: not committed"), ("linux-m68k", "release: no such target")):
+            status, output = run(sources / "tools/release", target)
+            self.assertEqual((status, message in output), (1, True), output)
 
 
 if __name__ == "__main__":
-    unittest.main()
+    tests = unittest.main(exit=False).result
+    sys.exit(77 if tests.skipped else not tests.wasSuccessful())
