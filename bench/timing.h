@@ -1,6 +1,5 @@
 // Side-by-side timing. Contenders take turns, round after round, so that a change of clock speed or a busy
-// neighbour meets them all; forwards and backwards, since the processor's guesses at branches learn from the
-// contender before. A turn is several untimed passes, then as many timed ones as fill its time. What
+// neighbour meets them all. A turn is several untimed passes, then as many timed ones as fill its time. What
 // counts is the best of several short turns: whatever disturbs a turn only ever makes it longer.
 #pragma once
 
