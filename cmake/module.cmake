@@ -34,10 +34,13 @@ set_target_properties(scroll2d_objects PROPERTIES
 
 target_compile_options(scroll2d_objects PRIVATE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
-    -fno-exceptions -fno-rtti -fno-threadsafe-statics
+    -fno-exceptions -fno-rtti -fno-threadsafe-statics)
+if(target_is_x86)
     # A host may keep the stack on 4 bytes only. Vector spills need 16 or 32, and what the module calls, the host's
     # slots and the C library, may expect 16: every function that needs or passes on an aligned stack aligns it.
-    -mstackrealign $<$<CXX_COMPILER_ID:GNU>:-mincoming-stack-boundary=2>)
+    target_compile_options(scroll2d_objects PRIVATE
+        -mstackrealign $<$<CXX_COMPILER_ID:GNU>:-mincoming-stack-boundary=2>)
+endif()
 
 if(NOT SCROLL2D_SANITIZE)
     target_compile_options(scroll2d_objects PRIVATE

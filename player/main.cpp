@@ -7,11 +7,10 @@
 
 #include "player/common/options.h"
 #include "player/common/stop.h"
-#include "player/inspector/inspector.h"
+#include "player/desktop.h"
 #include "player/output/output.h"
 #include "player/script/session.h"
 #include "player/streams.h"
-#include "player/window/window.h"
 
 namespace player {
 namespace {
@@ -36,8 +35,8 @@ class Progress {
 void play_frames(Session& session, const Options& options, const Outputs& outputs) {
     const int frames = options.frames.value_or(frames_without_window);
     Progress progress(frames);
-    std::optional<InspectedPictures> inspected;
-    if (options.inspect) inspected.emplace(session.game.engine, options.scale == 1 ? 0 : options.scale);
+    PictureStep inspected;
+    if (options.inspect) inspected = inspected_pictures(session.game.engine, options.scale);
     for (bool last = false; !last;) {
         session.play_frame();
         last = session.over(frames) || stop_signal() != 0;
@@ -45,7 +44,7 @@ void play_frames(Session& session, const Options& options, const Outputs& output
         const auto wanted = [&](const auto& output) { return output->wants(frame, last); };
         if (inspected || std::any_of(outputs.begin(), outputs.end(), wanted)) {
             Picture picture(session.game.engine.screenshot());
-            if (inspected) picture = inspected->take(picture);
+            if (inspected) picture = inspected(picture);
             for (const auto& output : outputs)
                 if (wanted(output)) output->take(picture, frame);
         }
@@ -69,22 +68,6 @@ int play(const Options& options) {
     });
 }
 
-// Null when no window can be opened; then the reason has been printed.
-std::unique_ptr<Window> open_window(const Options& options) {
-    try {
-        return std::make_unique<Window>(options);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "%s; drawing pictures instead\n", error.what());
-        return nullptr;
-    }
-}
-
-int play_in(Window& window, const Options& options) {
-    const Outputs outputs = make_outputs(options);
-    window.deliver_to(outputs);
-    return deliver(outputs, [&] { return window.run(); });
-}
-
 int run(int argc, char** argv) {
     int exit_status = 0;
     auto options = parse_options(argc, argv, exit_status);
@@ -92,7 +75,7 @@ int run(int argc, char** argv) {
     heed_stops();
     try {
         if (options->window)
-            if (const auto window = open_window(*options)) return play_in(*window, *options);
+            if (const auto status = play_in_window(*options)) return *status;
         options->window = false;
         choose_places(*options);
         return play(*options);

@@ -1,12 +1,13 @@
-# Sourced by ./play, ./check and tools/fetch_i386.sh: brings a Debian 12 machine to the point where the presets
-# configure and build. Installs only what is missing, and asks for nothing.
+# Sourced by ./play, ./check and tools/fetch.sh: brings a Debian 12 machine to the point where the presets configure and
+# build. Installs only what is missing, and asks for nothing.
 
 SCROLL2D_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 readonly SCROLL2D_ROOT
 
-# What the system itself must provide: to the module, the host and their tests, and to the player beside the 32-bit
-# libraries of tools/i386_packages.txt.
-readonly SCROLL2D_PACKAGES=(g++ g++-multilib cmake ninja-build doctest-dev pkgconf python3-pil python3-pyelftools)
+# What the system itself must provide: to module, host and their tests on every target, to those of this machine, and to
+# the player beside the libraries of its target.
+readonly SCROLL2D_PACKAGES=(g++ cmake ninja-build doctest-dev python3-pil)
+readonly SCROLL2D_NATIVE_PACKAGES=(g++-multilib pkgconf python3-pyelftools)
 readonly SCROLL2D_PLAYER_PACKAGES=(libcli11-dev libstb-dev ca-certificates)
 
 say() { echo "${0##*/}: $*" >&2; }
@@ -66,14 +67,14 @@ install_packages() {
     rm -f "$log"
 }
 
-# All that the presets build with. Fails when something is missing; what can be built all the same, is_ready says.
+# add_packages PACKAGE...: install_packages, one run at a time.
+add_packages() { alone setup "installing packages" install_packages "$@"; }
+
+# All that the presets of this machine build with. Fails when something is missing.
 set_up() {
-    alone setup "installing packages" install_packages "${SCROLL2D_PACKAGES[@]}" "${SCROLL2D_PLAYER_PACKAGES[@]}" &&
+    add_packages "${SCROLL2D_PACKAGES[@]}" "${SCROLL2D_NATIVE_PACKAGES[@]}" "${SCROLL2D_PLAYER_PACKAGES[@]}" &&
         "$SCROLL2D_ROOT/tools/fetch_i386.sh"
 }
-
-# Whether module and host can be built and tested, with or without the player.
-is_ready() { [[ -z $(missing_packages "${SCROLL2D_PACKAGES[@]}") ]]; }
 
 # Whether the build tree of a preset was configured here: a copied or moved one still means the old place.
 is_configured_here() {
