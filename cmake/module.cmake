@@ -16,6 +16,7 @@ add_library(scroll2d_objects OBJECT
     module/scroll/refresh.cpp
     module/scroll/destination.cpp
     module/render/vector_unit.cpp
+    module/render/calm.cpp
     module/render/plane_single.cpp
     module/render/plane_layer.cpp
     module/render/plane_parallax.cpp
@@ -54,7 +55,7 @@ endif()
 
 # What runs over pixels is built for speed. The loops over rows stay one: without the last two options GCC makes copies
 # of them for the rows before and after the wrap.
-set_source_files_properties(module/buffer/map_copy.cpp module/buffer/fill.cpp module/buffer/shift.cpp PROPERTIES
+set_source_files_properties(module/render/calm.cpp module/buffer/map_copy.cpp module/buffer/fill.cpp module/buffer/shift.cpp PROPERTIES
     COMPILE_OPTIONS "$<$<CONFIG:Release>:-O2>")
 set_source_files_properties(module/render/plane_single.cpp module/render/plane_layer.cpp module/render/plane_parallax.cpp PROPERTIES
     COMPILE_OPTIONS "$<$<CONFIG:Release>:-O3>;$<$<CXX_COMPILER_ID:GNU>:-fno-unswitch-loops;-fno-split-loops>")

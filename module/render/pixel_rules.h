@@ -71,14 +71,21 @@ struct Copy {
     constexpr Pixel operator()(Pixel, Pixel s) const { return s; }
 };
 
-// Neighbours are mostly alike, within a shape and around it. A rule with a long equation may name the bits of
-// S that decide its simple cases: where none of them is set, D stays; where all are and `all_set_copies`, D
-// := S. Loops ask once for many pixels.
-template <std::uint32_t bits, bool all_set_copies>
-struct Cases {
-    static constexpr std::uint32_t deciding = bits;  // of the pixels that lie in 32 bits of memory
-    static constexpr bool all_copies = all_set_copies;
+// D := 0.
+template <class Pixel>
+struct Clear {
+    constexpr Pixel operator()(Pixel, Pixel) const { return 0; }
 };
+
+// Neighbours are mostly alike, within a shape and around it. A rule with a long equation may name the bits of
+// S that decide its simple cases, for loops that ask once for many pixels.
+struct Cases {
+    std::uint32_t deciding;         // bits of the pixels that lie in 32 bits of memory
+    bool none_clears;               // where none is set: D := 0, or else D stays
+    bool all_copies;                // where all are set: D := S, or else that is no simple case
+    std::int32_t lines_a_surprise;  // from how many on it pays to ask, see module/render/calm.h
+};
+constexpr std::int32_t line_bytes = 64;  // of the caches: what is asked for at once
 constexpr std::uint32_t alpha_bits = 0xff000000;
 constexpr std::uint32_t every_bit = 0xffffffff;
 
@@ -99,7 +106,7 @@ struct Blended {
 template <class Pixel>
 struct KeyedBlended {
     Pixel alpha;  // 0-254
-    using GroupCases = Cases<every_bit, false>;
+    static constexpr Cases cases{every_bit, false, false, 20};
     constexpr Pixel operator()(Pixel d, Pixel s) const {
         const auto drawn = s != 0 ? static_cast<Pixel>(~Pixel{0}) : Pixel{0};
         return static_cast<Pixel>((mix(d, s, alpha) & drawn) | (d & ~drawn));
@@ -110,6 +117,7 @@ struct KeyedBlended {
 // fade_pixel(S, a). fade_pixel(S, 0) is 0 and fade_pixel(S, 255) has S's colour, so only byte 3 is left to
 // choose.
 struct OverBlack {
+    static constexpr Cases cases{alpha_bits, true, true, 48};
     constexpr std::uint32_t operator()(std::uint32_t, std::uint32_t s) const {
         const std::uint32_t a = alpha_of(s);
         return fade_pixel(s, a) | (a == 255 ? 0xff000000 : 0);
@@ -119,7 +127,7 @@ struct OverBlack {
 // Per-pixel alpha over what is there.  a = 0: D stays.  a = 255: D := S.  Otherwise D := mix_pixel(D, S, a).
 // A factor of 256 in place of 255 makes the mix give S's colour, and 0 gives D's.
 struct AlphaOver {
-    using GroupCases = Cases<alpha_bits, true>;
+    static constexpr Cases cases{alpha_bits, false, true, 8};
     constexpr std::uint32_t operator()(std::uint32_t d, std::uint32_t s) const {
         const std::uint32_t a = alpha_of(s);
         const std::uint32_t opaque = (a + 1) >> 8;  // 1 or 0
@@ -132,7 +140,7 @@ struct AlphaOver {
 // e = 0: D stays.  Otherwise D := mix_pixel(D, S, e).
 struct FadedAlphaOver {
     std::uint32_t alpha;  // 0-254
-    using GroupCases = Cases<alpha_bits, false>;
+    static constexpr Cases cases{alpha_bits, false, false, 10};
     constexpr std::uint32_t operator()(std::uint32_t d, std::uint32_t s) const {
         const std::uint32_t e = (alpha_of(s) + 1) * alpha >> 8;
         return mix_pixel(d, s, e) | (e == 0 ? d & 0xff000000 : 0);
@@ -152,5 +160,16 @@ struct Stacked {
         return front(back(d, b), f);
     }
 };
+
+// A pair has the cases of its front plane, or else of its back plane, where these leave D as it is: clearing
+// groups below a keyed plane gains nothing over its rule.
+template <class Rule>
+inline constexpr bool has_cases = requires {
+    Rule::cases;
+};
+template <class Front, class Back>
+inline constexpr bool has_cases<Stacked<Front, Back>> = has_cases<Front>;
+template <class Front>
+inline constexpr bool has_cases<Stacked<Front, AlphaOver>> = true;
 
 }  // namespace scroll2d

@@ -1,10 +1,12 @@
 // Rows of pixels laid over those of the view, by the best loop that there is for them.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 
+#include "module/render/calm.h"
 #include "module/render/pixel_rules.h"
 #include "module/render/plane_rows.h"
 #include "module/render/vector_builds.h"
@@ -12,10 +14,59 @@
 
 namespace scroll2d {
 
-// Lays the rows of one plane, or of the front plane and the back plane, over those of the destination.
-template <class Rule, class Destination, class... Source>
-void lay_rows(std::int32_t height, std::int32_t width, Rule rule, const Destination& d, const Source&... s) {
-    lay_rows_by(vector_unit(), height, width, rule, d, s...);
+// Calls `lay` for each band of rows, with its first row and the one after its last.
+template <class Lay>
+void for_each_band(std::int32_t height, Lay lay) {
+    for (std::int32_t first = 0; first < height; first += band_rows)
+        lay(first, std::min(first + band_rows, height));
+}
+
+template <class Rule, class Pixel>
+bool calm_band(const PlaneRows<Pixel>& s, std::int32_t first, std::int32_t end, std::int32_t width) {
+    if constexpr (has_cases<Rule>)
+        return is_calm(Rule::cases, s[first], s[std::min(first + 1, end - 1)], width);
+    return false;
+}
+
+// Lays the rows of one plane over those of the destination.
+template <class Pixel, class Rule>
+void lay_rows(std::int32_t height, std::int32_t width, const Rule& rule, const DestinationRows<Pixel>& d,
+              const PlaneRows<Pixel>& s) {
+    const VectorUnit unit = vector_unit();
+    if constexpr (!has_cases<Rule>) return lay_rows_by(unit, false, 0, height, width, rule, d, s);
+    for_each_band(height, [&](std::int32_t first, std::int32_t end) {
+        lay_rows_by(unit, calm_band<Rule>(s, first, end, width), first, end, width, rule, d, s);
+    });
+}
+
+// Lays the rows of the front plane and the back plane over those of the destination. Where both rules have
+// cases, one plane may be calm and the other not: they are laid one after the other, a few rows at a time,
+// which stay in the first cache.
+template <class Pixel, class Front, class Back>
+void lay_rows(std::int32_t height, std::int32_t width, const Stacked<Front, Back>& rule,
+              const DestinationRows<Pixel>& d, const PlaneRows<Pixel>& front, const PlaneRows<Pixel>& back) {
+    const VectorUnit unit = vector_unit();
+    if constexpr (has_cases<Front> && has_cases<Back>) {
+        constexpr std::int32_t pixels_at_a_time = 2048;
+        const std::int32_t rows = std::max(1, pixels_at_a_time / width);
+        for_each_band(height, [&](std::int32_t first, std::int32_t end) {
+            const bool calm_front = calm_band<Front>(front, first, end, width);
+            const bool calm_back = calm_band<Back>(back, first, end, width);
+            for (std::int32_t row = first; row < end; row += rows) {
+                const std::int32_t stop = std::min(row + rows, end);
+                lay_rows_by(unit, calm_back, row, stop, width, rule.back, d, back);
+                lay_rows_by(unit, calm_front, row, stop, width, rule.front, d, front);
+            }
+        });
+    } else if constexpr (has_cases<Stacked<Front, Back>>) {
+        for_each_band(height, [&](std::int32_t first, std::int32_t end) {
+            const bool calm = has_cases<Front> ? calm_band<Front>(front, first, end, width)
+                                               : calm_band<Back>(back, first, end, width);
+            lay_rows_by(unit, calm, first, end, width, rule, d, front, back);
+        });
+    } else {
+        lay_rows_by(unit, false, 0, height, width, rule, d, front, back);
+    }
 }
 
 // Pixels that are only copied are bytes at every depth, so one loop serves them all. A call of memcpy pays on
@@ -28,7 +79,7 @@ void lay_rows(std::int32_t height, std::int32_t width, Copy<Pixel>, const Destin
     if (bytes > longest_short_row) {
         for (std::int32_t row = 0; row < height; ++row) std::memcpy(d[row], s[row], bytes);
     } else {
-        lay_rows_by(vector_unit(), height, static_cast<std::int32_t>(bytes), Copy<std::uint8_t>{},
+        lay_rows_by(vector_unit(), false, 0, height, static_cast<std::int32_t>(bytes), Copy<std::uint8_t>{},
                     d.in_bytes(), s.in_bytes());
     }
 }

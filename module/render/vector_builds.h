@@ -17,52 +17,57 @@ namespace scroll2d {
 #define SCROLL2D_VECTOR_LOOP_FOR(unit)
 #endif
 
-// Each build has the arguments of lay_rows_in_groups. The loop over the rows belongs to it: on a row of 320
+// Each build has the parameters of lay_rows_in_groups. The loop over the rows belongs to it: on a row of 320
 // bytes a call would cost as much as a quarter of the pixels.
 #if defined(__i386__)
 
-template <class... Arguments>
+template <bool asks, class... Arguments>
 SCROLL2D_VECTOR_LOOP_FOR("avx2")
 void lay_rows_avx2(const Arguments&... arguments) {
-    lay_rows_in_groups<32>(arguments...);
+    lay_rows_in_groups<asks, Registers{32, true}>(arguments...);
 }
-template <class... Arguments>
+template <bool asks, class... Arguments>
 SCROLL2D_VECTOR_LOOP_FOR("sse4.1")
 void lay_rows_sse4(const Arguments&... arguments) {
-    lay_rows_in_groups<16>(arguments...);
+    lay_rows_in_groups<asks, Registers{16, true}>(arguments...);
 }
-template <class... Arguments>
+template <bool asks, class... Arguments>
 SCROLL2D_VECTOR_LOOP_FOR("sse2")
 void lay_rows_sse2(const Arguments&... arguments) {
-    lay_rows_in_groups<16>(arguments...);
+    lay_rows_in_groups<asks, Registers{16, false}>(arguments...);
 }
 
-template <class... Arguments>
+template <bool asks, class... Arguments>
 constexpr auto vector_build(VectorUnit unit) {
-    return unit == VectorUnit::avx2   ? lay_rows_avx2<Arguments...>
-           : unit == VectorUnit::sse4 ? lay_rows_sse4<Arguments...>
-                                      : lay_rows_sse2<Arguments...>;
+    return unit == VectorUnit::avx2   ? lay_rows_avx2<asks, Arguments...>
+           : unit == VectorUnit::sse4 ? lay_rows_sse4<asks, Arguments...>
+                                      : lay_rows_sse2<asks, Arguments...>;
 }
 
 #else
 
-template <class... Arguments>
+template <bool asks, class... Arguments>
 SCROLL2D_VECTOR_LOOP void lay_rows_built_in(const Arguments&... arguments) {
-    lay_rows_in_groups<16>(arguments...);
+    lay_rows_in_groups<asks, Registers{16, true}>(arguments...);
 }
 
-template <class... Arguments>
+template <bool asks, class... Arguments>
 constexpr auto vector_build(VectorUnit) {
-    return lay_rows_built_in<Arguments...>;
+    return lay_rows_built_in<asks, Arguments...>;
 }
 
 #endif
 
-// Lays rows by the build for one vector unit. One call for all builds, by its address, keeps the code of each
-// rule small.
-template <class... Arguments>
-void lay_rows_by(VectorUnit unit, const Arguments&... arguments) {
-    vector_build<Arguments...>(unit)(arguments...);
+// Lays rows first to end - 1 by the build for one vector unit, asking for simple cases, if the rule has any,
+// or not. One call for all builds, by its address, keeps the code of each rule small.
+template <class Rule, class... Rows>
+[[gnu::noinline]] void lay_rows_by(VectorUnit unit, bool asks, std::int32_t first, std::int32_t end,
+                                   std::int32_t width, const Rule& rule, const Rows&... rows) {
+    auto lay = vector_build<false, std::int32_t, std::int32_t, std::int32_t, Rule, Rows...>(unit);
+    if constexpr (has_cases<Rule>) {
+        if (asks) lay = vector_build<true, std::int32_t, std::int32_t, std::int32_t, Rule, Rows...>(unit);
+    }
+    lay(first, end, width, rule, rows...);
 }
 
 }  // namespace scroll2d

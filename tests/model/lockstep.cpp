@@ -70,12 +70,15 @@ std::filesystem::path module_path(const char* built) {
 }
 
 Lockstep::Lockstep(const host::Options& options, const std::filesystem::path& module,
-                   scroll2d::VectorUnit widest)
+                   scroll2d::VectorUnit widest, scroll2d::Asking asking)
     : engine(options), model(engine) {
     replace_routines(engine.graphics());
     engine.load(module);
     inside_ = static_cast<const Inside*>(engine.symbol("scroll2d_inside"));
-    if (inside_ != nullptr) *inside_->widest_unit = widest;
+    if (inside_ != nullptr) {
+        *inside_->widest_unit = widest;
+        *inside_->asking = asking;
+    }
     memory.attach(module.c_str());
     // A module that was not unloaded since its last game may remember positions of second planes.
     engine.files().create_map(1, 1, 1, 1);

@@ -40,10 +40,11 @@ class Lockstep {
     host::Engine engine;
     Model model;
 
-    // Of a module that was linked for tests the records are compared too, and `widest` limits its vector
-    // unit.
+    // Of a module that was linked for tests the records are compared too, and `widest` and `asking` choose
+    // among its loops.
     Lockstep(const host::Options& options, const std::filesystem::path& module,
-             scroll2d::VectorUnit widest = scroll2d::any_unit);
+             scroll2d::VectorUnit widest = scroll2d::any_unit,
+             scroll2d::Asking asking = scroll2d::Asking::where_calm);
 
     // ---- The module's doings. Each throws Mismatch, after writing pictures where pixels differ.
     std::int32_t call(const std::string& function, std::initializer_list<std::int32_t> arguments);

@@ -76,7 +76,7 @@ constexpr std::size_t kProcesses = 24;  // at most
 class Game {
   public:
     Game(Bytes& bytes, const std::filesystem::path& module, const Variant& variant)
-        : in(bytes), run(options(bytes), module, variant.widest) {
+        : in(bytes), run(options(bytes), module, variant.widest, variant.asking) {
         if (variant.interrupted != nullptr) run.interrupt(*variant.interrupted, variant.seed);
         for (std::int32_t graph = 1; graph <= 4; ++graph) make_map(1, graph);
         for (std::int32_t region = 1; region < kRegions; ++region) define_region(region);

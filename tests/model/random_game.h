@@ -13,6 +13,7 @@ namespace model {
 // What only a module that shows its records can be asked for.
 struct Variant {
     scroll2d::VectorUnit widest = scroll2d::any_unit;
+    scroll2d::Asking asking = scroll2d::Asking::where_calm;
     const InterruptedSlot* interrupted = nullptr;  // Lockstep::interrupt
     std::uint32_t seed = 0;                        // of the interruptions
 };

@@ -28,17 +28,18 @@ std::vector<std::uint8_t> game_of(std::uint32_t seed, std::uint32_t longest = 35
     return bytes;
 }
 
-// Most games go to the finished file. Every fourth one looks into the module's records as well, and has the
-// loops of one vector unit after the other.
+// Most games go to the finished file. Every fourth one looks into the module's records as well, and has one
+// of the module's loops after the other.
 void play(std::uint32_t seed) {
     CAPTURE(seed);
     tests::note_for_crash("SCROLL2D_SEED=" + std::to_string(seed));
     if (seed % 4 != 0)
         REQUIRE_NOTHROW(model::play_game(game_of(seed), model::module_path(SCROLL2D_MODULE)));
     else
-        REQUIRE_NOTHROW(model::play_game(
-            game_of(seed), SCROLL2D_OPENED_MODULE,
-            {.widest = scroll2d::vector_units[seed / 4 % std::size(scroll2d::vector_units)]}));
+        REQUIRE_NOTHROW(
+            model::play_game(game_of(seed), SCROLL2D_OPENED_MODULE,
+                             {.widest = scroll2d::vector_units[seed / 4 % std::size(scroll2d::vector_units)],
+                              .asking = static_cast<scroll2d::Asking>(seed / 12 % 3)}));
 }
 
 TEST_CASE("the module plays as the model does") {

@@ -1,5 +1,5 @@
-// Every build of the loops over rows, called by name, under every rule that a scroll can ask for, at every
-// width up to a few groups of pixels, against the equations.
+// Every build of the loops over rows, asking for simple cases and not, under every rule that a scroll can ask
+// for, at every width up to a few groups of pixels, against the equations.
 #include <doctest/doctest.h>
 
 #include <algorithm>
@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/engine.h"
+#include "module/render/calm.h"
 #include "module/render/plane_drawing.h"
 #include "tests/model/inside.h"
 #include "tests/model/pixels.h"
@@ -15,6 +16,7 @@
 namespace {
 
 using model::Look;
+using scroll2d::Asking;
 using scroll2d::DestinationRows;
 using scroll2d::KeyedRules;
 using scroll2d::OpaqueRules;
@@ -22,7 +24,7 @@ using scroll2d::PlaneRows;
 using scroll2d::VectorUnit;
 using scroll2d::with_rule;
 
-constexpr std::int32_t kHeight = 4;
+constexpr std::int32_t kTall = scroll2d::band_rows + 3;
 constexpr std::int32_t kWidest = 150;  // more than two groups, which have 64 pixels at the most
 constexpr std::int32_t kMargin = 3;    // of the destination, on both sides of the rows
 
@@ -45,72 +47,60 @@ std::vector<Pixel> noise(std::int32_t count, std::mt19937& random) {
 template <class Pixel>
 class Scene {
   public:
-    Scene(std::int32_t width, std::mt19937& random)
+    Scene(std::int32_t width, std::int32_t height, std::mt19937& random)
         : width_(width),
-          front_(noise<Pixel>(width * kHeight, random)),
-          back_(noise<Pixel>(width * kHeight, random)),
-          under_(noise<Pixel>((width + 2 * kMargin) * kHeight, random)) {}
+          height_(height),
+          front_(noise<Pixel>(width * height, random)),
+          back_(noise<Pixel>(width * height, random)),
+          under_(noise<Pixel>((width + 2 * kMargin) * height, random)) {}
 
     // `expected` is an equation of D, F and B for the pixels of the view; all others stay.
     template <class Rule, class Expected>
     void front(Rule rule, Expected expected) const {
-        check_plane(rule, plane(front_, 1), expected);
+        check(rule, expected, plane(front_, 1));
     }
     template <class Rule, class Expected>
     void back(Rule rule, Expected expected) const {
-        check_plane(rule, plane(back_, kHeight), expected);
+        check(rule, expected, plane(back_, height_));
     }
     template <class Rule, class Expected>
     void both(Rule rule, Expected expected) const {
-        check(expected, [&](VectorUnit unit, const DestinationRows<Pixel>& d) {
-            scroll2d::lay_rows_by(unit, kHeight, width_, rule, d, plane(front_, 1), plane(back_, kHeight));
-        });
+        check(rule, expected, plane(front_, 1), plane(back_, height_));
     }
 
   private:
     // The picture begins in the last `rows` rows of its ring and goes on at the ring's beginning.
     PlaneRows<Pixel> plane(const std::vector<Pixel>& ring, std::int32_t rows) const {
-        return {ring.data() + (kHeight - rows) * width_, width_, kHeight * width_, rows};
+        return {ring.data() + (height_ - rows) * width_, width_, height_ * width_, rows};
     }
     std::size_t place(std::int32_t row, std::int32_t column, std::int32_t rows) const {
-        return static_cast<std::size_t>((row + kHeight - rows) % kHeight * width_ + column);
+        return static_cast<std::size_t>((row + height_ - rows) % height_ * width_ + column);
     }
 
-    template <class Rule, class Expected>
-    void check_plane(Rule rule, const PlaneRows<Pixel>& s, Expected expected) const {
-        check(expected, [&](VectorUnit unit, const DestinationRows<Pixel>& d) {
-            scroll2d::lay_rows_by(unit, kHeight, width_, rule, d, s);
-        });
-    }
-    // What is only copied is laid as bytes.
-    template <class Expected>
-    void check_plane(scroll2d::Copy<Pixel>, const PlaneRows<Pixel>& s, Expected expected) const {
-        const auto bytes = width_ * static_cast<std::int32_t>(sizeof(Pixel));
-        check(expected, [&](VectorUnit unit, const DestinationRows<Pixel>& d) {
-            scroll2d::lay_rows_by(unit, kHeight, bytes, scroll2d::Copy<std::uint8_t>{}, d.in_bytes(),
-                                  s.in_bytes());
-        });
-    }
-
-    template <class Expected, class Lay>
-    void check(Expected expected, Lay lay) const {
+    template <class Rule, class Expected, class... Planes>
+    void check(Rule rule, Expected expected, const Planes&... planes) const {
         const std::int32_t row_length = width_ + 2 * kMargin;
         std::vector<Pixel> wanted = under_;
-        for (std::int32_t y = 0; y < kHeight; ++y)
+        for (std::int32_t y = 0; y < height_; ++y)
             for (std::int32_t x = 0; x < width_; ++x) {
                 Pixel& d = wanted[static_cast<std::size_t>(y * row_length + kMargin + x)];
-                d = static_cast<Pixel>(expected(d, front_[place(y, x, 1)], back_[place(y, x, kHeight)]));
+                d = static_cast<Pixel>(expected(d, front_[place(y, x, 1)], back_[place(y, x, height_)]));
             }
-        for (const VectorUnit unit : scroll2d::vector_units) {
-            if (unit > scroll2d::vector_unit()) continue;
-            CAPTURE(static_cast<int>(unit));
-            std::vector<Pixel> drawn = under_;
-            lay(unit, DestinationRows<Pixel>(drawn.data() + kMargin, row_length));
-            REQUIRE(drawn == wanted);
-        }
+        for (const VectorUnit unit : scroll2d::vector_units)
+            for (const Asking asking : {Asking::never, Asking::always, Asking::where_calm}) {
+                scroll2d::widest_unit = unit;
+                scroll2d::asking = asking;
+                if (scroll2d::vector_unit() != unit) continue;  // the processor lacks it
+                CAPTURE(static_cast<int>(unit));
+                CAPTURE(static_cast<int>(asking));
+                std::vector<Pixel> drawn = under_;
+                const DestinationRows<Pixel> d(drawn.data() + kMargin, row_length);
+                scroll2d::lay_rows(height_, width_, rule, d, planes...);
+                REQUIRE(drawn == wanted);
+            }
     }
 
-    std::int32_t width_;
+    std::int32_t width_, height_;
     std::vector<Pixel> front_, back_, under_;
 };
 
@@ -138,7 +128,7 @@ TEST_CASE_TEMPLATE("every build lays every rule as its equation says", Pixel, st
     std::mt19937 random(sizeof(Pixel));
     scroll2d::find_vector_units();
     for (std::int32_t width = 1; width <= kWidest; ++width) {
-        const Scene<Pixel> scene(width, random);
+        const Scene<Pixel> scene(width, width % 50 == 0 ? kTall : 4, random);
         for (const int alpha : {255, static_cast<int>(random() % 255)})
             for (const bool front_alpha : {false, true})
                 for (const bool back_alpha : {false, true}) {
@@ -168,6 +158,25 @@ TEST_CASE("the widest unit that may be taken is taken, of those that the process
         *loaded.widest_unit = widest;
         CHECK(loaded.vector_unit() == std::min(widest, best));
     }
+}
+
+// Rows of 32 lines of the caches, whose kinds change every `run` pixels; below them rows that begin `shift`
+// pixels further on.
+bool calm_with(std::int32_t run, std::int32_t shift, std::int32_t width = 512) {
+    constexpr std::uint32_t kinds[] = {0, 0xFF123456, 0x80123456};
+    std::vector<std::uint32_t> pixels;
+    for (std::int32_t i = 0; i < width + shift; ++i) pixels.push_back(kinds[i / run % 3]);
+    return scroll2d::is_calm(scroll2d::AlphaOver::cases, pixels.data(), pixels.data() + shift, width);
+}
+
+TEST_CASE("a band is calm where its runs are long, or few of them end between its rows") {
+    scroll2d::asking = Asking::where_calm;
+    CHECK(calm_with(170, 170));
+    CHECK(calm_with(16, 0));
+    CHECK_FALSE(calm_with(16, 16));
+    CHECK_FALSE(calm_with(100, 100));
+    CHECK_FALSE(calm_with(1, 1));
+    CHECK_FALSE(calm_with(170, 0, 15));  // no whole line
 }
 
 }  // namespace

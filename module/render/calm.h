@@ -1,0 +1,25 @@
+// Where a plane is calm: most pixels are like their neighbours, so that to ask for simple cases saves more
+// than the processor's wrong guesses at the answers cost. A wrong guess costs about as much as two lines of
+// the caches laid without asking.
+#pragma once
+
+#include <cstdint>
+
+#include "module/render/pixel_rules.h"
+
+namespace scroll2d {
+
+// Rows that are judged together, by the first two of them. Judging each row would cost a tenth of a frame.
+constexpr std::int32_t band_rows = 64;
+
+// Is it calm below two rows of a plane, the first of a band and the one after it? Of whole lines of the
+// caches the first pixel is looked at. A line surprises where it answers neither as the one before it nor as
+// the one below it; the band is calm with more than `lines_a_surprise` simple lines for each surprise.
+bool is_calm(const Cases& cases, const std::uint16_t* row, const std::uint16_t* next, std::int32_t width);
+bool is_calm(const Cases& cases, const std::uint32_t* row, const std::uint32_t* next, std::int32_t width);
+
+// Overrules that for every band, for tests and for measuring.
+enum class Asking { where_calm, never, always };
+extern Asking asking;
+
+}  // namespace scroll2d
