@@ -21,6 +21,9 @@ std::size_t size_in_bytes(std::int32_t width, std::int32_t height, std::int32_t 
            static_cast<std::size_t>(bytes_per_pixel(bits_per_pixel));
 }
 
+// Of pixels that are copied at once: what the first cache holds with room to spare.
+constexpr std::size_t longest_run = 8192;
+
 }  // namespace
 
 Bitmap::Bitmap(std::int32_t width, std::int32_t height, std::int32_t bits_per_pixel, Fence fence)
@@ -76,9 +79,15 @@ void Bitmap::set_control_points(std::span<const __RVKPoint2D__> points) {
     record().cpoints = points_.empty() ? nullptr : points_.data();
 }
 
+// The first pixel, then ever longer runs of what is there already.
 void Bitmap::fill(std::uint32_t value) {
-    const auto size = static_cast<std::size_t>(bytes_per_pixel(bits_per_pixel_));
-    for (std::size_t at = 0; at < pixels_.size(); at += size) std::memcpy(pixels_.data() + at, &value, size);
+    set_pixel(0, 0, value);
+    std::byte* const first = pixels_.data();
+    auto done = static_cast<std::size_t>(bytes_per_pixel(bits_per_pixel_));
+    for (std::size_t run = done; done < pixels_.size(); done += run) {
+        run = std::min({done, pixels_.size() - done, longest_run});
+        std::memcpy(first + done, first, run);
+    }
 }
 
 void Bitmap::reformat(std::int32_t bits_per_pixel) {
