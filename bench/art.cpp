@@ -7,7 +7,7 @@ namespace {
 // As many pixels of a picture of the demos as there is room for, repeated where there is more. It stands on
 // its foot: in most of them that is where the land is.
 host::Image fitted(const char* name, Size size) {
-    const player::Picture art = player::read_png(std::string(SCROLL2D_ART) + "/" + name);
+    const player::Picture art = player::read_png(std::string(SCROLL2D_DEMOS "/art/") + name);
     host::Image image{size.width, size.height, {}};
     image.pixels.reserve(static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height));
     for (std::int32_t above = size.height - 1; above >= 0; --above)

@@ -33,6 +33,7 @@ void run(const Options& options) {
     if (wanted("fill")) measure_fills(options, report);
     if (wanted("move")) measure_moves(options, report);
     if (wanted("growth")) measure_growth(options, report);
+    if (wanted("frame")) measure_frames(options, report);
     if (report.empty()) throw std::runtime_error("no measurement's name contains \"" + options.filter + "\"");
     if (!options.csv.empty()) report.write_csv(options.csv);
 }

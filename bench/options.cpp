@@ -16,7 +16,7 @@ std::optional<Options> parse_options(int argc, char** argv, int& exit_status) {
     CLI::App app{"Times the scroll module beside memcpy, SDL2 and pixman.", "scroll2d_bench"};
     app.add_flag("--quick", options.quick, "A subset in under a minute, with fewer and shorter turns");
     app.add_option("--only", options.only, "One part of the measurements")
-        ->check(CLI::IsMember({"draw", "fill", "move", "growth"}));
+        ->check(CLI::IsMember({"draw", "fill", "move", "growth", "frame"}));
     app.add_option("--filter", options.filter,
                    "Only measurements whose name, like \"1 plane keyed, mode 2, 16 bits, 640x480, still\", "
                    "contains this text");

@@ -14,7 +14,7 @@ struct Options {
     std::string sheet;   // file for a sheet of the kinds of pictures, in place of measuring; empty: none
     std::string filter;  // only measurements whose name contains it; empty: all
     std::string kind;    // of pictures, for drawing; empty: all
-    std::string only;    // empty: all parts; otherwise draw, fill, move or growth
+    std::string only;    // empty: all parts; otherwise draw, fill, move, growth or frame
     bool quick = false;
     bool peers = true;        // otherwise module and memcpy alone
     bool run_length = false;  // one more contender: SDL2 with run-length encoded surfaces

@@ -1,5 +1,5 @@
-// The parts of the measurements. All check what they draw before they time it and throw std::runtime_error
-// for a wrong picture.
+// The parts of the measurements. Unless said otherwise they check what they draw before they time it and
+// throw std::runtime_error for a wrong picture.
 #pragma once
 
 #include "bench/options.h"
@@ -17,6 +17,10 @@ void measure_moves(const Options& options, Report& report);
 // growth.cpp: how the cost of a frame grows with view, processes, map and number of scrolls, in one of
 // the rules that measure_drawing checks.
 void measure_growth(const Options& options, Report& report);
+
+// frame.cpp: where the time of whole frames goes when the player plays a demo: script, lists, planes,
+// sprites, texts, the screen's colours, the window. Its pictures are those of the gallery, so it checks none.
+void measure_frames(const Options& options, Report& report);
 
 // sheet.cpp: measures nothing, but shows each kind of pictures, both planes over the cover, in the order of
 // kinds(). Errors: std::runtime_error for a file that cannot be written.
