@@ -12,6 +12,8 @@ std::optional<Options> parse_options(int argc, char** argv, int& exit_status) {
     std::error_code error;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
     options.module = (program.parent_path() / "RVK_mod_scroll2D.so").string();
+    const auto opened = program.parent_path() / "opened_module.so";
+    if (std::filesystem::exists(opened)) options.opened = opened.string();
 
     CLI::App app{"Times the scroll module beside memcpy, SDL2 and pixman.", "scroll2d_bench"};
     app.add_flag("--quick", options.quick, "A subset in under a minute, with fewer and shorter turns");

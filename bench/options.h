@@ -9,6 +9,7 @@ namespace bench {
 
 struct Options {
     std::string module;  // path of the shared object
+    std::string opened;  // the same linked for tests, whose straight loops are drawn beside it; empty: none
     std::string other;   // one to draw the same scenes beside it; empty: none
     std::string csv;     // empty: none
     std::string sheet;   // file for a sheet of the kinds of pictures, in place of measuring; empty: none

@@ -39,7 +39,8 @@ struct Drawn {
     const Family* family;
     std::int32_t bits_per_pixel;
     Size view;
-    bool moves;
+    Motion motion;
+    double microseconds;  // of a frame by the module
     std::map<Base, double> ratios;
 };
 

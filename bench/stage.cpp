@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "tests/model/inside.h"
+
 namespace bench {
 namespace {
 
@@ -78,6 +80,13 @@ void Stage::add_process(std::int32_t x, std::int32_t y) {
     process.graph = sprite_graph;
     process.x = x;
     process.y = y;
+}
+
+void Stage::load_straight(const std::filesystem::path& opened_module) {
+    load(opened_module);
+    const auto* inside = static_cast<const model::Inside*>(engine_.symbol("scroll2d_inside"));
+    if (inside == nullptr) throw host::Error(opened_module.string() + " cannot be looked into");
+    *inside->asking = scroll2d::Asking::never;
 }
 
 Show::Show(Stage& stage, const Variant& variant, std::int32_t scroll)

@@ -55,11 +55,11 @@ std::vector<double> family_means(const Scenes& scenes, Base base) {
 }
 
 bool moves(const Drawn& scene) {
-    return scene.moves;
+    return scene.motion.moves();
 }
 
 bool stands(const Drawn& scene) {
-    return !scene.moves;
+    return !scene.motion.moves();
 }
 
 Cell scene_mean(Base base, Which which) {
@@ -67,6 +67,14 @@ Cell scene_mean(Base base, Which which) {
 }
 Cell worst_scene(Base base) {
     return [=](const Scenes& scenes) { return worst(ratios(those(scenes, moves), base)); };
+}
+// Nanoseconds a pixel in the motion that every view shows.
+double pixel_mean(const Scenes& scenes) {
+    std::vector<double> list;
+    for (const Drawn& scene : scenes)
+        if (scene.motion.step.y != 0)
+            list.push_back(1000 * scene.microseconds / (scene.view.width * scene.view.height));
+    return mean(list);
 }
 Cell row_mean(Base base, Which which) {
     return [=](const Scenes& scenes) { return mean(family_means(those(scenes, which), base)); };
@@ -77,26 +85,27 @@ Cell worst_row(Base base) {
 
 // Columns without a figure in any row are left out.
 void print_table(const std::string& title, const std::vector<Row>& rows, const std::vector<Column>& columns) {
-    std::vector<std::vector<double>> cells;
-    std::string head =
-        "\n| " + title + std::string(std::max<std::size_t>(44, title.size()) - title.size(), ' ') + " |";
-    std::string rule = "|---|";
+    struct Figures {
+        const char* title;
+        int width;
+        std::vector<double> cells;
+    };
+    std::vector<Figures> shown;
     for (const Column& column : columns) {
-        cells.emplace_back();
-        for (const Row& row : rows) cells.back().push_back(column.cell(row.scenes));
-        if (worst(cells.back()) == 0) continue;
-        head += ' ' + std::string(std::max<std::size_t>(5, column.title.size()) - column.title.size(), ' ') +
-                column.title + " |";
-        rule += "--:|";
+        Figures figures{column.title.c_str(), std::max(5, static_cast<int>(column.title.size())), {}};
+        for (const Row& row : rows) figures.cells.push_back(column.cell(row.scenes));
+        if (worst(figures.cells) != 0) shown.push_back(std::move(figures));
     }
-    std::printf("%s\n%s\n", head.c_str(), rule.c_str());
+    std::printf("\n| %-44s |", title.c_str());
+    for (const Figures& f : shown) std::printf(" %*s |", f.width, f.title);
+    std::printf("\n|---|");
+    for (std::size_t i = 0; i < shown.size(); ++i) std::printf("--:|");
+    std::printf("\n");
     for (std::size_t r = 0; r < rows.size(); ++r) {
         std::printf("| %-44s |", rows[r].title.c_str());
-        for (std::size_t c = 0; c < columns.size(); ++c) {
-            const int width = std::max(5, static_cast<int>(columns[c].title.size()));
-            if (worst(cells[c]) == 0) continue;
-            if (cells[c][r] == 0) std::printf(" %*s |", width, "");
-            if (cells[c][r] != 0) std::printf(" %*.2f |", width, cells[c][r]);
+        for (const Figures& f : shown) {
+            if (f.cells[r] == 0) std::printf(" %*s |", f.width, "");
+            if (f.cells[r] != 0) std::printf(" %*.2f |", f.width, f.cells[r]);
         }
         std::printf("\n");
     }
@@ -136,13 +145,14 @@ std::vector<Row> rows_of_views(const Scenes& scenes) {
     return rows;
 }
 
-// One column for each kind of pictures.
-std::vector<Column> columns_of_kinds(Base base) {
+// One column for each kind of pictures, of its scenes alone.
+std::vector<Column> columns_of_kinds(const Cell& cell) {
     std::vector<Column> columns;
     for (const Kind& kind : kinds())
-        columns.push_back({kind.name, scene_mean(base, [&kind](const Drawn& scene) {
-                               return scene.moves && scene.kind == &kind;
-                           })});
+        columns.push_back(
+            {kind.name, [&kind, cell](const Scenes& scenes) {
+                 return cell(those(scenes, [&kind](const Drawn& scene) { return scene.kind == &kind; }));
+             }});
     return columns;
 }
 
@@ -187,10 +197,10 @@ void Report::print_tables() const {
                                           {Base::peer, "t / best peer"},
                                           {Base::run_length, "t / SDL2 with runs"}}) {
             if (ratios(drawn_, base).empty()) continue;
-            print_table(title, rows_of_families(drawn_), columns_of_kinds(base));
+            print_table(title, rows_of_families(drawn_), columns_of_kinds(scene_mean(base, moves)));
         }
     }
-    print_table("view, t / M", rows_of_views(drawn_), columns_of_kinds(Base::memcpy));
+    print_table("view, nanoseconds a pixel", rows_of_views(drawn_), columns_of_kinds(pixel_mean));
     print_table("pictures", kinds, verdict);
 }
 

@@ -61,8 +61,10 @@ std::vector<Timing> time_side_by_side(const std::vector<Contender>& contenders, 
     for (int place = 0; place < plan.places; ++place) {
         std::vector<double> best(contenders.size(), std::numeric_limits<double>::infinity());
         for (int round = 0; round < plan.rounds; ++round) {
-            for (std::size_t i = 0; i < contenders.size(); ++i)
+            for (std::size_t i = 0; i < contenders.size(); ++i) {
+                if (round >= contenders[i].most_rounds) continue;
                 best[i] = std::min(best[i], take_turn(contenders[i], place, plan, blocks[i]));
+            }
         }
         for (std::size_t i = 0; i < contenders.size(); ++i) timings[i].microseconds += best[i] / plan.places;
     }

@@ -14,6 +14,7 @@ struct Contender {
     std::function<void()> pass;            // one frame, one copy, one move
     std::function<void(int place)> begin;  // untimed, before each turn; may be empty
     int warm_passes = 5;                   // untimed, at the start of each turn
+    int most_rounds = 100;                 // of those that the plan has; fewer where passes are long
 };
 
 // What a frame costs depends on what it shows. So every contender begins its turns at the same few places, as
