@@ -47,6 +47,7 @@ struct Variant {
     bool back_alpha = false;
 
     [[nodiscard]] constexpr bool keyed() const { return mode >= 2; }
+    [[nodiscard]] constexpr bool blends() const { return alpha != 255 || front_alpha || back_alpha; }
     [[nodiscard]] std::string text() const;  // "mode 2, alpha 160, pixel alpha in front and back"
 };
 
@@ -54,6 +55,8 @@ struct Family {
     const char* name;
     std::vector<std::int32_t> depths;  // bits per pixel
     std::vector<Variant> variants;
+
+    [[nodiscard]] bool blends() const { return variants.front().blends(); }  // all do, or none
 };
 
 // In the order of the printed table.

@@ -58,6 +58,10 @@ bool moves(const Drawn& scene) {
     return scene.motion.moves();
 }
 
+bool moves_and_blends(const Drawn& scene) {
+    return moves(scene) && scene.family->blends();
+}
+
 bool stands(const Drawn& scene) {
     return !scene.motion.moves();
 }
@@ -166,8 +170,10 @@ void Report::print_tables() const {
         {"worst", worst_row(Base::memcpy)},
         {"/straight", row_mean(Base::straight, moves)},
         {"worst", worst_row(Base::straight)},
+        {"blending", row_mean(Base::straight, moves_and_blends)},
         {"/other", row_mean(Base::other, moves)},
         {"worst", worst_row(Base::other)},
+        {"blending", row_mean(Base::other, moves_and_blends)},
         {"/peer", row_mean(Base::peer, moves)},
         {"still: t / M", row_mean(Base::memcpy, stands)},
         {"/straight", row_mean(Base::straight, stands)},
