@@ -64,9 +64,10 @@ def record(name, comment, body, routines):
         size = BYTES.get(kind["type"], POINTER_BYTES if kind["type"].endswith("*") or kind["type"] == "function" else 0)
         if not size:
             raise ValueError(f"{name}.{field}: a type of unknown size: {kind['type']}")
+        if end % size:
+            raise ValueError(f"{name}.{field}: a gap without a name before it")
         text, above = above + words(item["beside"]), ""
-        start = -(-end // size) * size
-        end, widest = start + size * kind.get("count", 1), max(widest, size)
+        start, end, widest = end, end + size * kind.get("count", 1), max(widest, size)
         fields.append({"name": field, "byte": start, "bytes": end - start, **kind,
                        "owner": field_owner(field, text, owner), "text": text.strip()})
     return {"name": name, "bytes": -(-end // widest) * widest, "owner": owner, "text": comment, "fields": fields}

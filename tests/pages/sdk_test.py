@@ -86,6 +86,8 @@ class Sdk(Case):
             name = str(path.relative_to(SDK))
             self.assertTrue(path.is_dir() or any(name.startswith(entry) for entry in listed), name)
         self.assertTrue(all((SDK / entry).exists() for entry in listed), listed)
+        for symbols in SDK.glob("lib/debug/.build-id/*/*.debug"):
+            self.assertIn(f"Build ID: {symbols.parent.name}{symbols.stem}\n", run("readelf", "-n", MODULE)[1])
 
     def test_strangers_compile_the_headers_without_a_word_and_are_told_of_a_wrong_target(self):
         source = WORK / "host"
@@ -120,6 +122,7 @@ class Sdk(Case):
             environment = dict(os.environ, PKG_CONFIG_PATH=str(SDK / "lib/pkgconfig"))
             return self.succeed("pkg-config", *words, "RVK_mod_scroll2D", env=environment).strip()
         self.assertEqual(ask("--modversion"), json.loads(pathlib.Path(ask("--variable=records")).read_text())["version"])
+        self.assertIn(f"RVK_mod_scroll2D {ask('--modversion')}\0".encode(), MODULE.read_bytes())
         program = self.compiled(PAGES / "examples/sprites_host.c", *ask("--cflags").split())
         self.succeed(program, ask("--variable=module"), drawn)
         self.same_picture(drawn, "sprites_host")
@@ -156,7 +159,8 @@ def type_name(die):
     if kind == "pointer_type":
         return behind(die) + "*" * (not behind(die).endswith(")"))
     if kind == "array_type":
-        return f"{behind(die)}[{next(die.iter_children()).attributes['DW_AT_upper_bound'].value + 1}]"
+        bounds = next(die.iter_children()).attributes
+        return f"{behind(die)}[{bounds['DW_AT_count'].value if 'DW_AT_count' in bounds else bounds['DW_AT_upper_bound'].value + 1}]"
     if kind == "subroutine_type":
         return f"{behind(die)}({', '.join(behind(argument) for argument in die.iter_children())})"
     if kind == "const_type":
@@ -210,7 +214,7 @@ class Release(Case):
         archive = next(folder.glob("scroll2d-*-linux-i386.tar.gz"))
         self.succeed("sh", "-e", "-c", re.sub(r"src=\S+", f"src='{ROOT}'", blocks[1]), cwd=empty(built), env=environment)
         pack = runpy.run_path(str(ROOT / "tools/release"))["pack"]
-        self.assertEqual(pack(built / "sdk", "linux-i386"), archive.read_bytes())
+        self.assertTrue(pack(built / "sdk", "linux-i386") == archive.read_bytes(), "of the same sources, but other bytes")
         empty(unpacked)
         self.succeed("tar", "-xf", archive, "--one-top-level=sdk", "--strip-components=1", cwd=unpacked)
         self.succeed("sh", "-e", "-c", "".join(blocks[2:]), cwd=unpacked)
