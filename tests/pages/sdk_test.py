@@ -3,7 +3,7 @@
 
 usage: sdk_test.py [Sdk | Layout | Python | Release]
 
-Layout reads the debug information of a release build. Exit status 77: what a part needs is not there.
+Layout reads the debug information of a release build, Python needs the tree of tools/fetch_python.sh.
 
 From the environment: BUILD, the folder of a build, else build/release; CC, the C compiler; FLAGS, what every object of
 that build is compiled with besides -m32 (the sanitizers, if any).
@@ -18,10 +18,7 @@ import subprocess
 import sys
 import unittest
 
-try:
-    from elftools.elf.elffile import ELFFile
-except ImportError:
-    ELFFile = None
+from elftools.elf.elffile import ELFFile
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 BUILD = pathlib.Path(os.environ.get("BUILD", ROOT / "build/release"))
@@ -168,7 +165,6 @@ def type_name(die):
     return behind(die) if kind == "typedef" and not name.value.endswith(b"_t") else name.value.decode()
 
 
-@unittest.skipUnless(ELFFile, "no python3-pyelftools")
 class Layout(Case):
     def test_the_records_for_machines_are_those_of_the_debug_information(self):
         found = {}
@@ -188,7 +184,6 @@ class Layout(Case):
             self.assertEqual(found[record["name"]], (record["bytes"], fields), record["name"])
 
 
-@unittest.skipUnless((PYTHON / ".complete").exists(), "no 32-bit Python: tools/fetch_python.sh")
 class Python(Case):
     def test_the_binding_made_from_the_layout_draws_the_picture_of_the_guide(self):
         prefix = empty(BUILD / "python_test")
@@ -223,12 +218,12 @@ class Release(Case):
         for picture, example in zip(("picture.ppm", "sprites.ppm"), EXAMPLES):
             self.same_picture(unpacked / picture, example)
 
-        self.succeed("git", "init", "-q", sources)
-        for target, message in (("linux-i386", "release: not committed"), ("linux-m68k", "release: no such target")):
+        for target, message in (("linux-m68k", "no such target"), ("linux-armhf", "no tree to build"), ("linux-i386", "not committed")):
+            if target == "linux-i386":
+                self.succeed("git", "init", "-q", sources)
             status, output = run(sources / "tools/release", target)
-            self.assertEqual((status, message in output), (1, True), output)
+            self.assertEqual((status, output.startswith(f"release: {message}")), (1, True), output)
 
 
 if __name__ == "__main__":
-    tests = unittest.main(exit=False).result
-    sys.exit(77 if tests.skipped else not tests.wasSuccessful())
+    unittest.main()
