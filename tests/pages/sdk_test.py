@@ -5,8 +5,9 @@ usage: sdk_test.py [Sdk | Layout | Python | Release]
 
 Layout reads the debug information of a release build, Python needs the tree of tools/fetch_python.sh.
 
-From the environment: BUILD, the folder of a build, else build/release; CC, the C compiler; FLAGS, what every object of
-that build is compiled with besides -m32 (the sanitizers, if any).
+From the environment: BUILD, the folder of a build, else build/release; CC, the C compiler with the options of its target;
+FLAGS, what every object of that build is compiled with besides -m32 (the sanitizers, if any); EMULATOR, what runs the
+target's programs, if they need one.
 """
 import json
 import os
@@ -30,7 +31,12 @@ COMPILERS = (("gcc", ".c", "c99", "c11"), ("clang", ".c", "c99", "c11"),
 WARNINGS = ("-Wall -Wextra -Wpedantic -pedantic-errors -Wconversion -Wshadow -Wcast-qual -Wundef -Wredundant-decls -Werror").split()
 SYMBOLS = BUILD / "RVK_mod_scroll2D.so.debug"
 WRONG_TARGET = "RVK_mod_scroll2D is for targets with pointers of 4 bytes: compile with -m32"
-EXAMPLES = "one_page_host", "sprites_host"
+EXAMPLES, PICTURES = ("one_page_host", "sprites_host"), ("picture.ppm", "sprites.ppm")
+# Of the guide: packages, the kit from the sources, two hosts, the kit from an archive. The packages are here, or nothing
+# would have been built.
+BLOCKS = re.findall(r"```sh\n(.*?)```", (ROOT / "docs/host-authors.md").read_text(), re.DOTALL)
+EMULATOR = os.environ.get("EMULATOR", "").split()
+UNCACHED = {name: value for name, value in os.environ.items() if "LAUNCHER" not in name}
 
 
 def run(*words, **options):
@@ -197,29 +203,50 @@ class Python(Case):
 
 
 class Release(Case):
-    def test_an_archive_and_the_steps_of_the_guide_give_the_same_bytes_and_lead_to_the_pictures(self):
-        """All but the first block of shell lines: the packages are here, or nothing would have been built."""
-        blocks = re.findall(r"```sh\n(.*?)```", (ROOT / "docs/host-authors.md").read_text(), re.DOTALL)
-        self.assertEqual(len(blocks), 5, "packages, SDK, two hosts, archive")
-        folder, environment = empty(BUILD / "release_test"), {k: v for k, v in os.environ.items() if "LAUNCHER" not in k}
-        sources, built, unpacked = folder / "a copy", folder / "built", folder / "unpacked"
+    def build_as_the_guide_says(self, sdk):
+        self.succeed("sh", "-e", "-c", re.sub(r"src=\S+", f"src='{ROOT}'", BLOCKS[1]), cwd=sdk.parent, env=UNCACHED)
+
+    def play_as_the_guide_says(self, folder):
+        self.succeed("sh", "-e", "-c", BLOCKS[2] + BLOCKS[3], cwd=folder)
+
+    def play_emulated(self, folder):
+        for example, picture in zip(EXAMPLES, PICTURES):
+            self.succeed(*os.environ["CC"].split(), "-std=c99", "-I", "sdk/include",
+                         f"sdk/share/doc/RVK_mod_scroll2D/examples/{example}.c", "-o", example, cwd=folder)
+            self.succeed(*EMULATOR, f"./{example}", f"sdk/lib/rvk/{MODULE.name}", picture, cwd=folder)
+
+    def test_an_archive_is_the_same_from_another_folder_and_leads_to_the_pictures(self):
+        """Made by tools/release in a copy of the sources, and by hand: as the guide says, or from the build under test."""
+        folder, release = empty(BUILD / "release_test"), runpy.run_path(str(ROOT / "tools/release"))
+        target = next(name for name, (preset, *_) in release["TARGETS"].items() if preset == BUILD.name)
+        sources, built, unpacked = folder / "a copy", empty(folder / "built"), empty(folder / "unpacked")
         shutil.copytree(ROOT, sources, ignore=shutil.ignore_patterns("build", "out", ".git", "__pycache__"))
-        self.succeed(sources / "tools/release", "--out", folder, "linux-i386", env=environment)
+        tree = release["TARGETS"][target][2]
+        if tree:
+            shutil.copytree(ROOT / tree, sources / tree, symlinks=True, copy_function=os.link)
+        self.succeed(sources / "tools/release", "--out", folder, target, env=UNCACHED)
         self.succeed("sha256sum", "--check", "--strict", "SHA256SUMS", cwd=folder)
-        archive = next(folder.glob("scroll2d-*-linux-i386.tar.gz"))
-        self.succeed("sh", "-e", "-c", re.sub(r"src=\S+", f"src='{ROOT}'", blocks[1]), cwd=empty(built), env=environment)
-        shutil.copy(archive, empty(unpacked))
-        self.succeed("sh", "-e", "-c", blocks[4], cwd=unpacked)
+        if EMULATOR:
+            self.succeed("cmake", "--install", BUILD, "--prefix", built / "sdk")
+        else:
+            self.build_as_the_guide_says(built / "sdk")
+        archive = next(folder.glob(f"scroll2d-*-{target}.*"))
+        shutil.copy(archive, unpacked)
+        self.succeed("sh", "-e", "-c", BLOCKS[4].replace("linux-i386", target), cwd=unpacked)
         files = [path.relative_to(built) for path in built.glob("sdk/**/*") if path.is_file()]
         self.assertEqual([path for path in files if (unpacked / path).read_bytes() != (built / path).read_bytes()], [])
-        pack = runpy.run_path(str(ROOT / "tools/release"))["pack"]
-        self.assertTrue(pack(built / "sdk", "linux-i386") == archive.read_bytes(), "the same files, but another archive")
-        self.succeed("sh", "-e", "-c", blocks[2] + blocks[3], cwd=unpacked)
-        for picture, example in zip(("picture.ppm", "sprites.ppm"), EXAMPLES):
+        self.assertTrue(release["pack"](built / "sdk", target) == archive.read_bytes(), "the same files, but another archive")
+        (self.play_emulated if EMULATOR else self.play_as_the_guide_says)(unpacked)
+        for example, picture in zip(EXAMPLES, PICTURES):
             self.same_picture(unpacked / picture, example)
 
-        for target, message in (("linux-m68k", "no such target"), ("linux-armhf", "no tree to build"), ("linux-i386", "not committed")):
-            if target == "linux-i386":
+    def test_a_mistake_has_a_message(self):
+        sources = empty(BUILD / "release_mistakes")
+        shutil.copytree(ROOT / "tools", sources / "tools")
+        shutil.copy(ROOT / "CMakeLists.txt", sources)
+        for target, message in (("linux-m68k", "no such target"), ("linux-armhf", "no tree to build"), ("linux-i386", "cmake"),
+                                ("linux-i386", "not committed")):
+            if message == "not committed":
                 self.succeed("git", "init", "-q", sources)
             status, output = run(sources / "tools/release", target)
             self.assertEqual((status, output.startswith(f"release: {message}")), (1, True), output)
