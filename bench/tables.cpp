@@ -207,6 +207,9 @@ void Report::print_tables() const {
         }
     }
     print_table("view, nanoseconds a pixel", rows_of_views(drawn_), columns_of_kinds(pixel_mean));
+    if (!ratios(drawn_, Base::straight).empty())
+        print_table("view, blending, t / straight loops", rows_of_views(drawn_),
+                    columns_of_kinds(scene_mean(Base::straight, moves_and_blends)));
     print_table("pictures", kinds, verdict);
 }
 
