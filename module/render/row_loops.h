@@ -117,7 +117,7 @@ SCROLL2D_PART_OF_LOOP inline void lay_row(Pixel* __restrict d, std::int32_t widt
     const std::int32_t whole = width & -group;
     const std::int32_t last = width - group;
     Pixel overlapping[group];
-    if (whole != width) std::memcpy(overlapping, d + last, sizeof overlapping);
+    if (whole != width) lay_pixels<group>(overlapping, Copy<Pixel>{}, d + last);
     if constexpr (asks) {
         for (std::int32_t at = 0; at < whole; at += group) ask_and_lay<group>(d + at, rule, s + at...);
     } else if constexpr (registers.in_pairs) {
@@ -128,7 +128,7 @@ SCROLL2D_PART_OF_LOOP inline void lay_row(Pixel* __restrict d, std::int32_t widt
     }
     if (whole != width) {
         lay_pixels<group>(overlapping, rule, s + last...);
-        std::memcpy(d + last, overlapping, sizeof overlapping);
+        lay_pixels<group>(d + last, Copy<Pixel>{}, overlapping);
     }
 }
 
