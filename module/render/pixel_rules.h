@@ -71,17 +71,11 @@ struct Copy {
     constexpr Pixel operator()(Pixel, Pixel s) const { return s; }
 };
 
-// D := 0.
-template <class Pixel>
-struct Clear {
-    constexpr Pixel operator()(Pixel, Pixel) const { return 0; }
-};
-
-// Neighbours are mostly alike, within a shape and around it. A rule with a long equation may name the bits of
-// S that decide its simple cases, for loops that ask once for many pixels.
+// Neighbours are mostly alike, within a shape and around it. A rule with a long equation that leaves some
+// pixels as they are may name the bits of S that decide its simple cases, for loops that ask once for many
+// pixels: where none is set, D stays.
 struct Cases {
     std::uint32_t deciding;         // bits of the pixels that lie in 32 bits of memory
-    bool none_clears;               // where none is set: D := 0, or else D stays
     bool all_copies;                // where all are set: D := S, or else that is no simple case
     std::int32_t lines_a_surprise;  // from how many on it pays to ask, see module/render/calm.h
 };
@@ -106,7 +100,7 @@ struct Blended {
 template <class Pixel>
 struct KeyedBlended {
     Pixel alpha;  // 0-254
-    static constexpr Cases cases{every_bit, false, false, 20};
+    static constexpr Cases cases{every_bit, false, 40};
     constexpr Pixel operator()(Pixel d, Pixel s) const {
         const auto drawn = s != 0 ? static_cast<Pixel>(~Pixel{0}) : Pixel{0};
         return static_cast<Pixel>((mix(d, s, alpha) & drawn) | (d & ~drawn));
@@ -117,7 +111,6 @@ struct KeyedBlended {
 // fade_pixel(S, a). fade_pixel(S, 0) is 0 and fade_pixel(S, 255) has S's colour, so only byte 3 is left to
 // choose.
 struct OverBlack {
-    static constexpr Cases cases{alpha_bits, true, true, 48};
     constexpr std::uint32_t operator()(std::uint32_t, std::uint32_t s) const {
         const std::uint32_t a = alpha_of(s);
         return fade_pixel(s, a) | (a == 255 ? 0xff000000 : 0);
@@ -127,7 +120,7 @@ struct OverBlack {
 // Per-pixel alpha over what is there.  a = 0: D stays.  a = 255: D := S.  Otherwise D := mix_pixel(D, S, a).
 // A factor of 256 in place of 255 makes the mix give S's colour, and 0 gives D's.
 struct AlphaOver {
-    static constexpr Cases cases{alpha_bits, false, true, 8};
+    static constexpr Cases cases{alpha_bits, true, 16};
     constexpr std::uint32_t operator()(std::uint32_t d, std::uint32_t s) const {
         const std::uint32_t a = alpha_of(s);
         const std::uint32_t opaque = (a + 1) >> 8;  // 1 or 0
@@ -140,7 +133,7 @@ struct AlphaOver {
 // e = 0: D stays.  Otherwise D := mix_pixel(D, S, e).
 struct FadedAlphaOver {
     std::uint32_t alpha;  // 0-254
-    static constexpr Cases cases{alpha_bits, false, false, 10};
+    static constexpr Cases cases{alpha_bits, false, 20};
     constexpr std::uint32_t operator()(std::uint32_t d, std::uint32_t s) const {
         const std::uint32_t e = (alpha_of(s) + 1) * alpha >> 8;
         return mix_pixel(d, s, e) | (e == 0 ? d & 0xff000000 : 0);
@@ -161,15 +154,19 @@ struct Stacked {
     }
 };
 
-// A pair has the cases of its front plane, or else of its back plane, where these leave D as it is: clearing
-// groups below a keyed plane gains nothing over its rule.
+// A pair has the cases of its front plane, or else of its back plane.
 template <class Rule>
 inline constexpr bool has_cases = requires {
     Rule::cases;
 };
 template <class Front, class Back>
-inline constexpr bool has_cases<Stacked<Front, Back>> = has_cases<Front>;
+inline constexpr bool has_cases<Stacked<Front, Back>> = has_cases<Front> || has_cases<Back>;
+
+// Is a pair laid one plane after the other? Where both equations are long, that is as fast as one pass, each
+// plane may be asked or not, and no loop is needed for the pair.
+template <class Front, class Back>
+inline constexpr bool laid_apart = has_cases<Front>&& has_cases<Back>;
 template <class Front>
-inline constexpr bool has_cases<Stacked<Front, AlphaOver>> = true;
+inline constexpr bool laid_apart<Front, OverBlack> = has_cases<Front>;
 
 }  // namespace scroll2d

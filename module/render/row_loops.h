@@ -73,10 +73,7 @@ SCROLL2D_PART_OF_LOOP inline void ask_and_lay(Pixel* __restrict d, const Rule& r
     if constexpr (has_cases<Rule>) {
         const BitsSet set = bits_set<Rule, group>(s);
         if (set == BitsSet::all) return lay_pixels<group>(d, Copy<Pixel>{}, s);
-        if (set == BitsSet::none) {
-            if constexpr (Rule::cases.none_clears) lay_pixels<group>(d, Clear<Pixel>{}, s);
-            return;
-        }
+        if (set == BitsSet::none) return;
     }
     lay_pixels<group>(d, rule, s);
 }

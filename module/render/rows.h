@@ -39,14 +39,13 @@ void lay_rows(std::int32_t height, std::int32_t width, const Rule& rule, const D
     });
 }
 
-// Lays the rows of the front plane and the back plane over those of the destination. Where both rules have
-// cases, one plane may be calm and the other not: they are laid one after the other, a few rows at a time,
-// which stay in the first cache.
+// Lays the rows of the front plane and the back plane over those of the destination. Planes that are laid one
+// after the other are so a few rows at a time, which stay in the first cache.
 template <class Pixel, class Front, class Back>
 void lay_rows(std::int32_t height, std::int32_t width, const Stacked<Front, Back>& rule,
               const DestinationRows<Pixel>& d, const PlaneRows<Pixel>& front, const PlaneRows<Pixel>& back) {
     const VectorUnit unit = vector_unit();
-    if constexpr (has_cases<Front> && has_cases<Back>) {
+    if constexpr (laid_apart<Front, Back>) {
         constexpr std::int32_t pixels_at_a_time = 2048;
         const std::int32_t rows = std::max(1, pixels_at_a_time / width);
         for_each_band(height, [&](std::int32_t first, std::int32_t end) {

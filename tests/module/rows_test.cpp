@@ -160,9 +160,9 @@ TEST_CASE("the widest unit that may be taken is taken, of those that the process
     }
 }
 
-// Rows of 32 lines of the caches, whose kinds change every `run` pixels; below them rows that begin `shift`
+// Rows of 64 lines of the caches, whose kinds change every `run` pixels; below them rows that begin `shift`
 // pixels further on.
-bool calm_with(std::int32_t run, std::int32_t shift, std::int32_t width = 512) {
+bool calm_with(std::int32_t run, std::int32_t shift, std::int32_t width = 1024) {
     constexpr std::uint32_t kinds[] = {0, 0xFF123456, 0x80123456};
     std::vector<std::uint32_t> pixels;
     for (std::int32_t i = 0; i < width + shift; ++i) pixels.push_back(kinds[i / run % 3]);
@@ -171,12 +171,12 @@ bool calm_with(std::int32_t run, std::int32_t shift, std::int32_t width = 512) {
 
 TEST_CASE("a band is calm where its runs are long, or few of them end between its rows") {
     scroll2d::asking = Asking::where_calm;
-    CHECK(calm_with(170, 170));
+    CHECK(calm_with(600, 600));
     CHECK(calm_with(16, 0));
     CHECK_FALSE(calm_with(16, 16));
     CHECK_FALSE(calm_with(100, 100));
     CHECK_FALSE(calm_with(1, 1));
-    CHECK_FALSE(calm_with(170, 0, 15));  // no whole line
+    CHECK_FALSE(calm_with(600, 0, 15));  // no whole line
 }
 
 }  // namespace
