@@ -60,15 +60,19 @@ std::vector<std::int32_t> distances(const Options& options, Size view, Position 
     return list;
 }
 
-// Times one direction and prints the dearest distance.
-void measure_direction(const Options& options, Stage& stage, const Direction& direction, Report& report) {
+struct Dearest {
+    double refills = 0;
+    std::int32_t pixels = 0;
+};
+
+// Times one direction.
+Dearest measure_direction(const Options& options, Stage& stage, const Direction& direction, Report& report) {
     const Size view = stage.view();
     Plan plan = options.plan();
     plan.rounds = std::min(plan.rounds, 2);
     Measurement m{"move", "landscape", "move", direction.name, stage.bits_per_pixel(), view, {}, {}, 0, 0};
     Show show(stage, one_plane);
-    double worst = 0;
-    std::int32_t worst_distance = 0;
+    Dearest dearest;
     for (const std::int32_t n : distances(options, view, direction.unit)) {
         const Position step{direction.unit.x * n, direction.unit.y * n};
         m.value = std::to_string(n);
@@ -85,11 +89,9 @@ void measure_direction(const Options& options, Stage& stage, const Direction& di
             report.add(m);
         }
         const double cost = timings[0].microseconds / timings[1].microseconds;
-        if (cost > worst) worst_distance = n;
-        worst = std::max(worst, cost);
+        if (cost > dearest.refills) dearest = {cost, n};
     }
-    std::printf("| %-9s | %5d | %-8s | %5.2f refills at %4d pixels |\n", text(view).c_str(),
-                stage.bits_per_pixel(), direction.name, worst, worst_distance);
+    return dearest;
 }
 
 struct MoveStage {
@@ -122,7 +124,9 @@ void measure_fills(const Options& options, Report& report) {
 }
 
 void measure_moves(const Options& options, Report& report) {
-    Heading heading("| move      | depth | towards  | dearest                    |\n|---|---|---|---|\n");
+    Heading heading(
+        "| move      | depth | right        | left         | down         | up           | diagonal     |\n"
+        "|---|---|---|---|---|---|---|\n");
     Progress progress("move", static_cast<int>(std::size(move_stages) * std::size(directions)));
     for (const MoveStage& m : move_stages) {
         const std::string name = text(m.view) + ", " + std::to_string(m.bits_per_pixel) + " bits";
@@ -131,10 +135,13 @@ void measure_moves(const Options& options, Report& report) {
         Stage stage(m.view, m.bits_per_pixel, pictures);
         stage.load(options.module);
         heading.print_once();
+        std::printf("| %-9s | %5d |", text(m.view).c_str(), m.bits_per_pixel);
         for (const Direction& direction : directions) {
-            measure_direction(options, stage, direction, report);
+            const Dearest dearest = measure_direction(options, stage, direction, report);
+            std::printf(" %.2f at %4d |", dearest.refills, dearest.pixels);
             progress.step(name);
         }
+        std::printf("\n");
     }
 }
 
