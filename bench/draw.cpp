@@ -37,33 +37,30 @@ std::vector<Build> builds_of(const Options& options) {
     return builds;
 }
 
-bool is_common(Size view) {
-    return std::any_of(view_sizes.begin(), view_sizes.end(),
-                       [view](Size v) { return v.width == view.width; });
+bool is_odd(Size view) {
+    return std::find(odd_view_sizes.begin(), odd_view_sizes.end(), view) != odd_view_sizes.end();
 }
 
-// Every kind of pictures moves by four in every view, and stands still in the common ones. Only the landscape
-// fills the largest view, and shows how little other motions matter.
+// Every kind of pictures moves by four in every view, and stands still in those that are not odd. Only the
+// landscape fills the largest view, and shows how little other motions matter.
 std::vector<Size> views_of(const Options& options, const Kind& kind) {
     if (options.quick) return {{320, 200}, {641, 480}};
     std::vector<Size> views(view_sizes.begin(), view_sizes.end() - 1);
     views.insert(views.end(), odd_view_sizes.begin(), odd_view_sizes.end());
-    if (kind.paint == paint_landscape) views.push_back(view_sizes.back());
+    if (kind.paint == paint_landscape) views.push_back(largest_view);
     return views;
 }
 
 std::vector<Motion> motions_of(const Options& options, const Kind& kind, Size view) {
-    if (options.quick) return {by_four};
-    if (!is_common(view)) return {by_four};
-    if (kind.paint == paint_landscape && view.width != view_sizes.back().width)
-        return {still, by_one, by_four, by_forty};
+    if (options.quick || is_odd(view)) return {by_four};
+    if (kind.paint == paint_landscape && view != largest_view) return {still, by_one, by_four, by_forty};
     return {still, by_four};
 }
 
 // The peers take much of the time, and what they cost hardly depends on the motion.
 bool meets_peers(const Options& options, const Scene& scene) {
-    return options.peers && !options.quick && is_common(scene.view) &&
-           scene.view.width != view_sizes.back().width && scene.motion.step.y != 0;
+    return options.peers && !options.quick && !is_odd(scene.view) && scene.view != largest_view &&
+           scene.motion.step == by_four.step;
 }
 
 // The scenes of one stage: those of a kind, a view and a depth, in the order of the table.
@@ -191,15 +188,15 @@ void measure_scene(const Options& options, Stage& stage, const Scene& scene, Rep
 class Painter {
   public:
     const Pictures& pictures(const Kind& kind, Size view) {
-        if (kind_ != &kind || width_ != view.width) pictures_ = kind.paint(map_size(view));
+        if (kind_ != &kind || view_ != view) pictures_ = kind.paint(map_size(view));
         kind_ = &kind;
-        width_ = view.width;
+        view_ = view;
         return pictures_;
     }
 
   private:
     const Kind* kind_ = nullptr;
-    std::int32_t width_ = 0;
+    Size view_;
     Pictures pictures_;
 };
 

@@ -11,6 +11,8 @@ namespace bench {
 struct Size {
     std::int32_t width = 0;  // pixels
     std::int32_t height = 0;
+
+    bool operator==(const Size&) const = default;
 };
 
 struct Position {
@@ -22,6 +24,7 @@ struct Position {
         y += step.y;
         return *this;
     }
+    bool operator==(const Position&) const = default;
     // Where the back plane is while the front plane is here.
     [[nodiscard]] constexpr Position halved() const { return {x >> 1, y >> 1}; }
 };
@@ -31,7 +34,7 @@ struct Motion {
     const char* name;
     Position step;
 
-    [[nodiscard]] constexpr bool moves() const { return step.x != 0 || step.y != 0; }
+    [[nodiscard]] constexpr bool moves() const { return step != Position{}; }
 };
 inline constexpr Motion still{"still", {0, 0}};
 inline constexpr Motion by_one{"+1", {1, 0}};
@@ -63,6 +66,7 @@ struct Family {
 const std::vector<Family>& families();
 
 inline constexpr std::array<Size, 4> view_sizes{{{320, 200}, {640, 480}, {1280, 720}, {1920, 1080}}};
+inline constexpr Size largest_view = view_sizes.back();
 
 // Those whose rows do not end with a vector register.
 inline constexpr std::array<Size, 3> odd_view_sizes{{{333, 200}, {500, 375}, {641, 480}}};

@@ -66,25 +66,26 @@ bool stands(const Drawn& scene) {
     return !scene.motion.moves();
 }
 
-Cell scene_mean(Base base, Which which) {
+Cell scene_mean(Base base, const Which& which) {
     return [=](const Scenes& scenes) { return mean(ratios(those(scenes, which), base)); };
 }
 Cell worst_scene(Base base) {
     return [=](const Scenes& scenes) { return worst(ratios(those(scenes, moves), base)); };
 }
-// Nanoseconds a pixel in the motion that every view shows.
-double pixel_mean(const Scenes& scenes) {
-    std::vector<double> list;
-    for (const Drawn& scene : scenes)
-        if (scene.motion.step.y != 0)
-            list.push_back(1000 * scene.microseconds / (scene.view.width * scene.view.height));
-    return mean(list);
-}
-Cell row_mean(Base base, Which which) {
+Cell row_mean(Base base, const Which& which) {
     return [=](const Scenes& scenes) { return mean(family_means(those(scenes, which), base)); };
 }
 Cell worst_row(Base base) {
     return [=](const Scenes& scenes) { return worst(family_means(those(scenes, moves), base)); };
+}
+
+// Nanoseconds a pixel in the motion that every view shows.
+double pixel_mean(const Scenes& scenes) {
+    std::vector<double> list;
+    for (const Drawn& scene : scenes)
+        if (scene.motion.step == by_four.step)
+            list.push_back(1000 * scene.microseconds / (scene.view.width * scene.view.height));
+    return mean(list);
 }
 
 // Columns without a figure in any row are left out.
@@ -144,8 +145,7 @@ std::vector<Row> rows_of_views(const Scenes& scenes) {
     for (const Drawn& scene : scenes) views.insert(scene.view);
     std::vector<Row> rows;
     for (const Size view : views)
-        rows.push_back(
-            {text(view), those(scenes, [&](const Drawn& scene) { return scene.view.width == view.width; })});
+        rows.push_back({text(view), those(scenes, [&](const Drawn& scene) { return scene.view == view; })});
     return rows;
 }
 
