@@ -19,8 +19,10 @@ endif()
 # and is found again by the id of the build or beside the file. It names no folder of the machine, and so the same
 # sources give the same bytes wherever they are built.
 if(CMAKE_BUILD_TYPE STREQUAL Release AND NOT SCROLL2D_SANITIZE)
+    file(RELATIVE_PATH sources ${CMAKE_BINARY_DIR} ${CMAKE_SOURCE_DIR})  # a compiler cache may turn one into the other
     target_compile_options(scroll2d_objects PRIVATE -g
-        -ffile-prefix-map=${CMAKE_SOURCE_DIR}=. -ffile-prefix-map=${CMAKE_BINARY_DIR}=build)  # the last that fits
+        -ffile-prefix-map=${sources}=./ -ffile-prefix-map=${CMAKE_SOURCE_DIR}=.
+        -ffile-prefix-map=${CMAKE_BINARY_DIR}=build -ffile-prefix-map=${SCROLL2D_TREE}=tree)  # the last that fits
     target_link_options(RVK_mod_scroll2D PRIVATE -Wl,--build-id=sha1)
     set(module_symbols $<TARGET_FILE:RVK_mod_scroll2D>.debug)
     add_custom_command(TARGET RVK_mod_scroll2D POST_BUILD VERBATIM

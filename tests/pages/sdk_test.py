@@ -219,7 +219,7 @@ class Release(Case):
         """Made by tools/release in a copy of the sources, and by hand: as the guide says, or from the build under test."""
         folder, release = empty(BUILD / "release_test"), runpy.run_path(str(ROOT / "tools/release"))
         target = next(name for name, (preset, *_) in release["TARGETS"].items() if preset == BUILD.name)
-        sources, built, unpacked = folder / "a copy", empty(folder / "built"), empty(folder / "unpacked")
+        sources, built, unpacked = folder / "elsewhere", empty(folder / "built"), empty(folder / "unpacked")
         shutil.copytree(ROOT, sources, ignore=shutil.ignore_patterns("build", "out", ".git", "__pycache__"))
         tree = release["TARGETS"][target][2]
         if tree:
