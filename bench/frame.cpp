@@ -91,6 +91,7 @@ Times play(const Options& options, const Game& game, std::int32_t bits_per_pixel
     play.bits_per_pixel = bits_per_pixel;
     player::Session session(play);
     player::Canvas canvas(game.screen.width, game.screen.height);
+    player::Picture screen;
     Watch watch(session.game.engine);
     for (int frame = -warm_frames; frame < frames; ++frame) {
         if (frame == 0) watch.reset();
@@ -98,10 +99,10 @@ Times play(const Options& options, const Game& game, std::int32_t bits_per_pixel
         watch.stop(Step::script);
         session.game.draw_frame();
         watch.stop(Step::texts);
-        const player::Picture picture(session.game.engine.screenshot());
+        session.game.engine.take_screenshot(screen);
         watch.stop(Step::colours);
         canvas.begin();
-        canvas.lay(picture, canvas.size());
+        canvas.lay(screen, canvas.size());
         canvas.finish();
         watch.stop(Step::show);
     }

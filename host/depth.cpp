@@ -1,6 +1,7 @@
 #include "host/depth.h"
 
 #include <cstring>
+#include <span>
 
 #include "host/bitmap.h"
 #include "host/error.h"
@@ -18,7 +19,7 @@ std::uint32_t packed(Rgba c) {
 std::uint32_t narrow(std::uint8_t channel, std::uint32_t max) {
     return (channel * max + 127) / 255;
 }
-std::uint8_t widen(std::uint32_t field, std::uint32_t max) {
+constexpr std::uint8_t widen(std::uint32_t field, std::uint32_t max) {
     return static_cast<std::uint8_t>((field * 255 + max / 2) / max);
 }
 
@@ -27,35 +28,80 @@ std::uint32_t to_565(Rgba c) {
     return pixel != 0 ? pixel : 1U << 5;  // the lowest green is nearer to black than the lowest red or blue
 }
 
-Rgba from_565(std::uint32_t pixel) {
-    return {widen(pixel >> 11 & 31, 31), widen(pixel >> 5 & 63, 63), widen(pixel & 31, 31), 255};
+// widen() of fields of 5 and 6 bits without a division, in lanes of 16 bits, for loops that become vectors.
+constexpr std::uint16_t widen_5(std::uint16_t field) {
+    return static_cast<std::uint16_t>(field * 527 + 23) >> 6;
+}
+constexpr std::uint16_t widen_6(std::uint16_t field) {
+    return static_cast<std::uint16_t>(field * 259 + 33) >> 6;
+}
+static_assert([] {
+    for (std::uint16_t field = 0; field < 64; ++field)
+        if (widen_6(field) != widen(field, 63) || (field < 32 && widen_5(field) != widen(field, 31)))
+            return false;
+    return true;
+}());
+
+// The colour of a pixel as a word, red in the lowest byte. Alpha is 255, at 32 bits the pixel's own.
+std::uint32_t colour_word(std::uint8_t pixel, const Palette& palette) {
+    return packed(palette[pixel]) | 0xFF000000U;
+}
+std::uint32_t colour_word(std::uint16_t pixel, const Palette&) {
+    const auto red_green = static_cast<std::uint16_t>(widen_5(pixel >> 11) | widen_6(pixel >> 5 & 63) << 8);
+    const auto blue_alpha = static_cast<std::uint16_t>(widen_5(pixel & 31) | 0xFF00);
+    return red_green | std::uint32_t{blue_alpha} << 16;
+}
+std::uint32_t colour_word(std::uint32_t pixel, const Palette&) {
+    return pixel;
 }
 
-// What from_pixel() tells, for the type of pixel that a depth has.
-template <class Pixel>
-Rgba colour_of(Pixel pixel, const Palette& palette, bool keep_alpha) {
-    Rgba colour;
-    if constexpr (sizeof pixel == 1) colour = palette[pixel];
-    if constexpr (sizeof pixel == 2) colour = from_565(pixel);
-    if constexpr (sizeof pixel == 4) {
-        colour = {static_cast<std::uint8_t>(pixel), static_cast<std::uint8_t>(pixel >> 8),
-                  static_cast<std::uint8_t>(pixel >> 16), static_cast<std::uint8_t>(pixel >> 24)};
-        if (keep_alpha) return colour;
+// What becomes of the alpha of a colour word.
+constexpr auto opaque_alpha = [](std::uint32_t word, auto) { return word | 0xFF000000U; };
+constexpr auto keyed_alpha = [](std::uint32_t word, auto pixel) {
+    return (word & 0xFFFFFFU) | (pixel == 0 ? 0 : 0xFF000000U);
+};
+constexpr auto own_alpha = [](std::uint32_t word, auto) { return word; };
+
+Rgba unpacked(std::uint32_t word) {
+    return {static_cast<std::uint8_t>(word), static_cast<std::uint8_t>(word >> 8),
+            static_cast<std::uint8_t>(word >> 16), static_cast<std::uint8_t>(word >> 24)};
+}
+
+// Calls `use` with a pixel value in the type of its depth.
+template <class Use>
+auto with_pixel(std::uint32_t pixel, std::int32_t bits_per_pixel, Use use) {
+    switch (bytes_per_pixel(bits_per_pixel)) {
+        case 4:
+            return use(pixel);
+        case 2:
+            return use(static_cast<std::uint16_t>(pixel));
+        default:
+            return use(static_cast<std::uint8_t>(pixel));
     }
-    colour.a = pixel == 0 ? 0 : 255;
-    return colour;
 }
 
-// All of the bitmap in one straight loop for its depth, since a game's screen takes this way at every frame.
-template <class Pixel>
-void convert_all(const Bitmap& bitmap, std::vector<Rgba>& colours, const Palette& palette, bool keep_alpha) {
-    const std::byte* at = bitmap.bytes().data();
-    for (Rgba& colour : colours) {
+// One straight loop, since a game's screen takes this way at every frame.
+template <class Pixel, class Alpha>
+void convert_pixels(const Bitmap& bitmap, const Palette& palette, Alpha alpha, std::vector<Rgba>& colours) {
+    static_assert(sizeof(Rgba) == sizeof(std::uint32_t));
+    const std::byte* __restrict from = bitmap.bytes().data();
+    std::byte* __restrict to = std::as_writable_bytes(std::span(colours)).data();
+    const std::size_t count = colours.size();
+    for (std::size_t i = 0; i < count; ++i) {
         Pixel pixel;
-        std::memcpy(&pixel, at, sizeof pixel);
-        at += sizeof pixel;
-        colour = colour_of(pixel, palette, keep_alpha);
+        std::memcpy(&pixel, from + i * sizeof pixel, sizeof pixel);
+        const std::uint32_t word = alpha(colour_word(pixel, palette), pixel);
+        std::memcpy(to + i * sizeof word, &word, sizeof word);
     }
+}
+
+template <class Alpha>
+void convert(const Bitmap& bitmap, const Palette& palette, Alpha alpha, Image& image) {
+    image.width = bitmap.width();
+    image.height = bitmap.height();
+    image.pixels.resize(static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height));
+    with_pixel(0, bitmap.bits_per_pixel(),
+               [&](auto pixel) { convert_pixels<decltype(pixel)>(bitmap, palette, alpha, image.pixels); });
 }
 
 bool keeps_alpha(const Bitmap& bitmap) {
@@ -116,36 +162,28 @@ std::uint32_t to_pixel(Rgba colour, std::int32_t bits_per_pixel, const Palette& 
 }
 
 Rgba from_pixel(std::uint32_t pixel, std::int32_t bits_per_pixel, const Palette& palette, bool keep_alpha) {
-    switch (bytes_per_pixel(bits_per_pixel)) {
-        case 4:
-            return colour_of(pixel, palette, keep_alpha);
-        case 2:
-            return colour_of(static_cast<std::uint16_t>(pixel), palette, keep_alpha);
-        default:
-            return colour_of(static_cast<std::uint8_t>(pixel), palette, keep_alpha);
-    }
+    if (keep_alpha && bytes_per_pixel(bits_per_pixel) == 4) return unpacked(pixel);
+    return with_pixel(pixel, bits_per_pixel,
+                      [&](auto typed) { return unpacked(keyed_alpha(colour_word(typed, palette), typed)); });
 }
 
 Image to_image(const Bitmap& bitmap, const Palette& palette) {
-    Image image{bitmap.width(), bitmap.height(), {}};
-    image.pixels.resize(static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height));
-    switch (bytes_per_pixel(bitmap.bits_per_pixel())) {
-        case 4:
-            convert_all<std::uint32_t>(bitmap, image.pixels, palette, keeps_alpha(bitmap));
-            break;
-        case 2:
-            convert_all<std::uint16_t>(bitmap, image.pixels, palette, false);
-            break;
-        default:
-            convert_all<std::uint8_t>(bitmap, image.pixels, palette, false);
-    }
+    Image image;
+    if (keeps_alpha(bitmap))
+        convert(bitmap, palette, own_alpha, image);
+    else
+        convert(bitmap, palette, keyed_alpha, image);
     return image;
 }
 
 Image to_opaque_image(const Bitmap& bitmap, const Palette& palette) {
-    Image image = to_image(bitmap, palette);
-    for (Rgba& colour : image.pixels) colour.a = 255;
+    Image image;
+    to_opaque_image(bitmap, palette, image);
     return image;
+}
+
+void to_opaque_image(const Bitmap& bitmap, const Palette& palette, Image& image) {
+    convert(bitmap, palette, opaque_alpha, image);
 }
 
 void paint(Bitmap& bitmap, const Image& image, const Palette& palette) {

@@ -64,8 +64,10 @@ class Palette {
 // The picture of a bitmap. Its alpha follows the bitmap's alpha flag and transparent value.
 [[nodiscard]] Image to_image(const Bitmap& bitmap, const Palette& palette);
 
-// The same with every pixel opaque, as a screen shows it.
+// The same with every pixel opaque, as a screen shows it; into an image whose memory is used again, or a new
+// one.
 [[nodiscard]] Image to_opaque_image(const Bitmap& bitmap, const Palette& palette);
+void to_opaque_image(const Bitmap& bitmap, const Palette& palette, Image& image);
 
 // Paints a picture of the bitmap's size over the bitmap, following its alpha flag. Errors: Error for another
 // size.

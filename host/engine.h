@@ -124,7 +124,9 @@ class Engine {
     [[nodiscard]] BlitLists& blit_lists() { return blit_lists_; }
     [[nodiscard]] Palette& palette() { return palette_; }
     [[nodiscard]] Bitmap& screen() { return *screen_; }
+    // What the screen shows.
     [[nodiscard]] Image screenshot() const { return to_opaque_image(*screen_, palette_); }
+    void take_screenshot(Image& image) const { to_opaque_image(*screen_, palette_, image); }
 
     // ---- Frames
 

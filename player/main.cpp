@@ -37,6 +37,7 @@ void play_frames(Session& session, const Options& options, const Outputs& output
     Progress progress(frames);
     PictureStep inspected;
     if (options.inspect) inspected = inspected_pictures(session.game.engine, options.scale);
+    Picture screen, inspected_screen;
     for (bool last = false; !last;) {
         session.play_frame();
         last = session.over(frames) || stop_signal() != 0;

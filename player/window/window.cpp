@@ -129,7 +129,7 @@ void Window::play_frame() {
         session_->game.keys.hold(devices_.take_keys());
         session_->play_frame();
         const int old_width = screen_.width, old_height = screen_.height;
-        screen_ = Picture(session_->game.engine.screenshot());
+        session_->game.engine.take_screenshot(screen_);
         if (screen_.width != old_width || screen_.height != old_height) fit_window();
         if (inspecting_) inspector_->look();
     } catch (const std::exception& error) {
