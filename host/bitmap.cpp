@@ -21,8 +21,22 @@ std::size_t size_in_bytes(std::int32_t width, std::int32_t height, std::int32_t 
            static_cast<std::size_t>(bytes_per_pixel(bits_per_pixel));
 }
 
-// Of pixels that are copied at once: what the first cache holds with room to spare.
-constexpr std::size_t longest_run = 8192;
+template <class Pixel>
+void fill_pixels(std::byte* to, std::size_t count, std::uint32_t value) {
+    const auto pixel = static_cast<Pixel>(value);
+    for (std::size_t i = 0; i < count; ++i) std::memcpy(to + i * sizeof pixel, &pixel, sizeof pixel);
+}
+
+void fill_pixels(std::byte* to, std::size_t count, std::uint32_t value, std::int32_t bits_per_pixel) {
+    switch (bytes_per_pixel(bits_per_pixel)) {
+        case 4:
+            return fill_pixels<std::uint32_t>(to, count, value);
+        case 2:
+            return fill_pixels<std::uint16_t>(to, count, value);
+        default:
+            return fill_pixels<std::uint8_t>(to, count, value);
+    }
+}
 
 }  // namespace
 
@@ -79,15 +93,17 @@ void Bitmap::set_control_points(std::span<const __RVKPoint2D__> points) {
     record().cpoints = points_.empty() ? nullptr : points_.data();
 }
 
-// The first pixel, then ever longer runs of what is there already.
 void Bitmap::fill(std::uint32_t value) {
-    set_pixel(0, 0, value);
-    std::byte* const first = pixels_.data();
-    auto done = static_cast<std::size_t>(bytes_per_pixel(bits_per_pixel_));
-    for (std::size_t run = done; done < pixels_.size(); done += run) {
-        run = std::min({done, pixels_.size() - done, longest_run});
-        std::memcpy(first + done, first, run);
-    }
+    const auto count = static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_);
+    fill_pixels(pixels_.data(), count, value, bits_per_pixel_);
+}
+
+void Bitmap::fill_row(std::int32_t x, std::int32_t y, std::int32_t count, std::uint32_t value) {
+    if (count < 1) return;
+    std::byte* const first = pixels_.data() + offset_of(x, y);
+    if (count > width_ - x)
+        throw Error("a row of a bitmap has no " + std::to_string(count) + " pixels there");
+    fill_pixels(first, static_cast<std::size_t>(count), value, bits_per_pixel_);
 }
 
 void Bitmap::reformat(std::int32_t bits_per_pixel) {

@@ -32,6 +32,7 @@ class Bitmap {
     // Errors of these: Error for a place outside the bitmap.
     [[nodiscard]] std::uint32_t pixel(std::int32_t x, std::int32_t y) const;
     void set_pixel(std::int32_t x, std::int32_t y, std::uint32_t value);
+    void fill_row(std::int32_t x, std::int32_t y, std::int32_t count, std::uint32_t value);
 
     // Point 0 is the reference point. Points may lie outside the bitmap.
     void set_control_points(std::span<const __RVKPoint2D__> points);

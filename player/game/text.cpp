@@ -3,8 +3,7 @@
 #include <stb/stb_easy_font.h>
 
 #include <algorithm>
-#include <cmath>
-#include <vector>
+#include <memory>
 
 namespace player {
 namespace {
@@ -36,20 +35,22 @@ void draw_box(host::Bitmap& bitmap, std::int64_t x, std::int64_t y, std::int64_t
     const auto top = static_cast<std::int32_t>(std::max<std::int64_t>(y, 0));
     const auto right = static_cast<std::int32_t>(std::min<std::int64_t>(x + w, bitmap.width()));
     const auto bottom = static_cast<std::int32_t>(std::min<std::int64_t>(y + h, bitmap.height()));
-    for (std::int32_t row = top; row < bottom; ++row)
-        for (std::int32_t column = left; column < right; ++column) bitmap.set_pixel(column, row, pixel);
+    for (std::int32_t row = top; row < bottom; ++row) bitmap.fill_row(left, row, right - left, pixel);
 }
 
 void draw_text(host::Bitmap& bitmap, int x, int y, const std::string& text, std::uint32_t pixel, int scale) {
     std::string copy = printable(text);
     // A glyph is a dozen strokes at most, each a quad of four vertices.
-    std::vector<Vertex> vertices(4 * 16 * (copy.size() + 1));
-    const int quads = stb_easy_font_print(0, 0, copy.data(), nullptr, vertices.data(),
-                                          static_cast<int>(vertices.size() * sizeof(Vertex)));
+    const std::size_t room = 4 * 16 * (copy.size() + 1);
+    const auto vertices = std::make_unique_for_overwrite<Vertex[]>(room);
+    const int quads = stb_easy_font_print(0, 0, copy.data(), nullptr, vertices.get(),
+                                          static_cast<int>(room * sizeof(Vertex)));
     for (int i = 0; i < quads; ++i) {
         const Vertex& near = vertices[static_cast<std::size_t>(4 * i)];
         const Vertex& far = vertices[static_cast<std::size_t>(4 * i + 2)];
-        const auto whole = [](float value) { return static_cast<std::int64_t>(std::lround(value)); };
+        const auto whole = [](float value) {
+            return static_cast<std::int64_t>(value);
+        };  // it has no fraction
         draw_box(bitmap, x + whole(near.x) * scale, y + whole(near.y) * scale,
                  (whole(far.x) - whole(near.x)) * scale, (whole(far.y) - whole(near.y)) * scale, pixel);
     }
