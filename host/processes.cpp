@@ -53,7 +53,8 @@ Processes::Process& Processes::at(std::int32_t id) const {
 }
 
 ProcessLocals* Processes::find(std::int32_t id) {
-    return exists(id) ? &at(id).locals.get() : nullptr;
+    const auto found = processes_.find(id);
+    return found == processes_.end() ? nullptr : &found->second->locals.get();
 }
 
 std::vector<std::int32_t> Processes::ids() const {

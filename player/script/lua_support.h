@@ -38,6 +38,12 @@ struct Binding {
 };
 inline constexpr int any_number = INT_MAX;
 
+// What a binding returns to end the turn that runs, with so many values from the top for whoever gave it; and
+// the number of values again. It must not yield itself.
+constexpr int ending_turn(int results) {
+    return -1 - results;
+}
+
 // Pushes a binding, which must live as long as the state. It takes the topmost `values` values with it, as
 // its upvalues bound_value(1) and so on. No C++ function gets into Lua in another way.
 void push_binding(lua_State* L, const Binding& binding, int values = 0);

@@ -61,7 +61,7 @@ int end_turn(lua_State* L) {
         throw Mistake(
             "it ends the turn of a process: call it in the process's own function, not in another coroutine");
     lua_pushinteger(L, frames);
-    return lua_yield(L, 1);
+    return ending_turn(1);
 }
 
 int kill(lua_State* L) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <string_view>
 
 #include "player/common/names.h"
 
@@ -14,7 +15,7 @@ constexpr std::int32_t opaque = 255;
 // Fields that are words of the engine's record. Of a measure, the player keeps the fraction that the engine
 // has no room for: its place in Process::measures.
 struct WordField {
-    const char* name;
+    std::string_view name;
     std::int32_t ProcessLocals::*word;
     int measure = -1;  // -1: none, fractions are floored
 };
@@ -68,16 +69,16 @@ std::int32_t floored(double value) {
     throw Mistake("a process has no field \"" + name + "\"" + suggestion(name, names));
 }
 
-ProcessLocals& locals_of(lua_State* L, const Process& process, const std::string& field) {
-    if (!process.alive) throw Mistake("field \"" + field + "\": this process has ended");
+ProcessLocals& locals_of(lua_State* L, const Process& process, std::string_view field) {
+    if (!process.alive) throw Mistake("field \"" + std::string(field) + "\": this process has ended");
     return *game_of(L).engine.processes().find(process.id);
 }
 
 // ---- Writing
 
-std::int32_t value_for(lua_State* L, const std::string& name, int value) {
+std::int32_t value_for(lua_State* L, std::string_view name, int value) {
     const auto fitting = engine_value(L, value);
-    return fitting ? *fitting : (refuse(L, value, name), 0);
+    return fitting ? *fitting : (refuse(L, value, std::string(name)), 0);
 }
 
 void note_place(lua_State* L, const ProcessLocals& locals, std::string_view name) {

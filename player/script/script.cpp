@@ -70,7 +70,7 @@ void Script::push_process(lua_State* L, const Process& process) {
 // A finalizer, which may run within any turn, cannot end it.
 int Script::return_or_end_turn(lua_State* L, int results) {
     const bool ended = running_ != nullptr && !running_->alive && L == running_->thread;
-    return ended && lua_isyieldable(L) ? lua_yield(L, 0) : results;
+    return ended && lua_isyieldable(L) ? ending_turn(0) : results;
 }
 
 // ---- Turns
