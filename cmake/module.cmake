@@ -29,7 +29,7 @@ add_library(scroll2d_objects OBJECT
     module/entry/version.cpp)
 
 set_target_properties(scroll2d_objects PROPERTIES
-    POSITION_INDEPENDENT_CODE ON
+    POSITION_INDEPENDENT_CODE $<NOT:$<BOOL:${EMSCRIPTEN}>>
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON)
 
@@ -59,6 +59,11 @@ set_source_files_properties(module/render/calm.cpp module/buffer/map_copy.cpp mo
     COMPILE_OPTIONS "$<$<CONFIG:Release>:-O2>")
 set_source_files_properties(module/render/plane_single.cpp module/render/plane_layer.cpp module/render/plane_parallax.cpp PROPERTIES
     COMPILE_OPTIONS "$<$<CONFIG:Release>:-O3>;$<$<CXX_COMPILER_ID:GNU>:-fno-unswitch-loops;-fno-split-loops>")
+
+if(EMSCRIPTEN)
+    include(cmake/linked_module.cmake)
+    return()
+endif()
 
 add_library(RVK_mod_scroll2D MODULE $<TARGET_OBJECTS:scroll2d_objects>)
 set_target_properties(RVK_mod_scroll2D PROPERTIES

@@ -420,9 +420,10 @@ void Lockstep::check_sprite_passes() {
 
 void Lockstep::check_bitmap(const std::string& name, host::Bitmap& bitmap) {
     const std::vector<std::byte>& expected = model.pixels.at(&bitmap.record());
-    if (std::ranges::equal(expected, bitmap.bytes())) return;
+    if (std::equal(expected.begin(), expected.end(), bitmap.bytes().begin())) return;
     const auto bytes = static_cast<std::size_t>(model.bytes());
-    const auto first = std::ranges::mismatch(expected, bitmap.bytes()).in1 - expected.begin();
+    const auto first =
+        std::mismatch(expected.begin(), expected.end(), bitmap.bytes().begin()).first - expected.begin();
     const auto index = static_cast<std::int32_t>(static_cast<std::size_t>(first) / bytes);
     const std::int32_t x = index % bitmap.width();
     const std::int32_t y = index / bitmap.width();
@@ -434,7 +435,7 @@ void Lockstep::check_bitmap(const std::string& name, host::Bitmap& bitmap) {
 
 void Lockstep::write_pictures(const host::Bitmap& actual, const std::vector<std::byte>& expected) {
     host::Bitmap wanted(actual.width(), actual.height(), actual.bits_per_pixel(), host::Fence::none);
-    std::ranges::copy(expected, wanted.bytes().begin());
+    std::copy(expected.begin(), expected.end(), wanted.bytes().begin());
     const host::Image is = to_opaque_image(actual, host::Palette());
     const host::Image should = to_opaque_image(wanted, host::Palette());
     host::Image difference = should;

@@ -110,7 +110,8 @@ class Fixture {
     [[nodiscard]] bool scheduled(std::int32_t num) {
         engine.run_hook(host::Hook::frame);
         const auto& entries = engine.blit_lists().main().entries();
-        const bool found = std::ranges::any_of(entries, [&](const __RVKBlit2D__* e) { return e->id == num; });
+        const bool found =
+            std::any_of(entries.begin(), entries.end(), [&](const __RVKBlit2D__* e) { return e->id == num; });
         engine.blit_lists().main().clear();
         return found;
     }
