@@ -28,7 +28,7 @@ bool calm(const Cases& cases, const Pixel* row, const Pixel* next, std::int32_t 
         surprises += new_here & ends_here;
         before = now;
     }
-    return simple > cases.lines_a_surprise * surprises;
+    return 2 * simple > cases.lines_a_surprise * (2 * surprises + 1);
 }
 
 }  // namespace

@@ -14,7 +14,8 @@ constexpr std::int32_t band_rows = 64;
 
 // Is it calm below two rows of a plane, the first of a band and the one after it? Of whole lines of the
 // caches the first pixel is looked at. A line surprises where it answers neither as the one before it nor as
-// the one below it; the band is calm with more than `lines_a_surprise` simple lines for each surprise.
+// the one below it; the band is calm with more than `lines_a_surprise` simple lines for each surprise. Half a
+// surprise is added, since a few lines without any prove little.
 bool is_calm(const Cases& cases, const std::uint16_t* row, const std::uint16_t* next, std::int32_t width);
 bool is_calm(const Cases& cases, const std::uint32_t* row, const std::uint32_t* next, std::int32_t width);
 

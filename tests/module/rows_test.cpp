@@ -176,7 +176,8 @@ TEST_CASE("a band is calm where its runs are long, or few of them end between it
     CHECK_FALSE(calm_with(16, 16));
     CHECK_FALSE(calm_with(100, 100));
     CHECK_FALSE(calm_with(1, 1));
-    CHECK_FALSE(calm_with(600, 0, 15));  // no whole line
+    CHECK_FALSE(calm_with(600, 0, 128));  // too few lines
+    CHECK_FALSE(calm_with(600, 0, 15));   // no whole one
 }
 
 }  // namespace
