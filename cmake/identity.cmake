@@ -10,7 +10,7 @@ foreach(part IN ITEMS _MAJOR _MINOR _PATCH "")
 endforeach()
 
 # The text of module/entry/version.cpp stays, as if something read it; 32-bit Windows begins every name with a line.
-target_link_options(RVK_mod_scroll2D PRIVATE -Wl,--undefined=$<$<BOOL:${WIN32}>:_>RVK_mod_scroll2D_version_text)
+target_link_options(RVK_mod_scroll2D PRIVATE -Wl,--undefined=$<$<BOOL:${WIN32}>:_>rvk_version_text)
 if(CMAKE_EXECUTABLE_FORMAT STREQUAL ELF)
     target_link_options(RVK_mod_scroll2D PRIVATE -Wl,-soname,RVK_mod_scroll2D.so.${PROJECT_VERSION_MAJOR})
 endif()

@@ -2,4 +2,4 @@
 // (cmake/identity.cmake).
 #include "module/contract/host_records.h"
 
-extern "C" const char RVK_mod_scroll2D_version_text[] = "RVK_mod_scroll2D " RVK_MOD_SCROLL2D_VERSION;
+extern "C" const char rvk_version_text[] = "RVK_mod_scroll2D " RVK_MOD_SCROLL2D_VERSION;
