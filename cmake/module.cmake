@@ -36,6 +36,9 @@ set_target_properties(scroll2d_objects PROPERTIES
 target_compile_options(scroll2d_objects PRIVATE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
     -fno-exceptions -fno-rtti -fno-threadsafe-statics)
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "^arm")
+    target_sources(scroll2d_objects PRIVATE module/entry/arm_division.cpp)
+endif()
 if(target_is_x86)
     # A host may keep the stack on 4 bytes only. Vector spills need 16 or 32, and what the module calls, the host's
     # slots and the C library, may expect 16: every function that needs or passes on an aligned stack aligns it.

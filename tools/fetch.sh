@@ -98,6 +98,13 @@ unpack_source() {
     mv "$folder"/files/* "$unpacked/usr/src/$1"
 }
 
+# One library folder, whether a package means the system's or its own.
+join_library_folders() {
+    [[ -d $unpacked/lib ]] || return 0
+    cp -a "$unpacked/lib/." "$unpacked/usr/lib/"
+    rm -rf "$unpacked/lib"
+}
+
 # What leads out of a tree is taken back into it, or removed.
 keep_links_inside() {
     local link target

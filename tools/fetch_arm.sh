@@ -41,6 +41,7 @@ fill() {
     download_all "${libraries[@]}"
     download "${headers[@]}"
     unpack 'libc6_*' 'libcrypt*' 'libgcc-s1_*' 'libstdc++*' 'gcc-*-base_*'
+    join_library_folders
     keep_links_inside
     keep_imgui_backends
     drop_documents

@@ -22,12 +22,7 @@ fill() {
     download_all "${libraries[@]}"
     download "${headers[@]}"
     unpack 'libc6[_-]*' 'libc-*' 'libcrypt*' 'libgcc-s1_*' 'libstdc++*' 'gcc-*-base_*' 'linux-libc-dev_*'
-
-    # One library folder.
-    if [[ -d $unpacked/lib ]]; then
-        cp -a "$unpacked/lib/." "$unpacked/usr/lib/"
-        rm -rf "$unpacked/lib"
-    fi
+    join_library_folders
     keep_links_inside
     keep_imgui_backends
     drop_documents
