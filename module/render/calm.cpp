@@ -6,7 +6,7 @@ namespace {
 // 1 where none of the deciding bits is set, -1 where all are and that is a simple case too; otherwise 0.
 template <class Pixel>
 std::int32_t answer(const Cases& cases, Pixel pixel) {
-    const Pixel bits = static_cast<Pixel>(cases.deciding);
+    const auto bits = static_cast<Pixel>(cases.deciding);
     const std::int32_t none = (pixel & bits) == 0;
     const std::int32_t all = (pixel & bits) == bits;
     return none - (all & static_cast<std::int32_t>(cases.all_copies));
