@@ -185,7 +185,7 @@ void lay(Pixel* __restrict d, const Pixel* __restrict s, std::int32_t count, std
 }
 
 // By a rule that names the bits that decide. On pictures without calm parts the question costs up to a
-// seventh, on others it saves up to nine tenths. Unrolled before they become vectors, these loops would not
+// sixth, on others it saves up to nine tenths. Unrolled before they become vectors, these loops would not
 // become any.
 template <class Pixel, class Rule>
 requires requires {
