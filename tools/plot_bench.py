@@ -193,6 +193,30 @@ def plot_growth(rows, folder):
     save(figure, folder / "growth.svg")
 
 
+def plot_frames(rows, folder):
+    """Microseconds of a whole frame, one bar per game and depth, made of its steps."""
+    frames = defaultdict(dict)
+    for row in rows:
+        if row["part"] == "frame":
+            line = f"{row['family']} {row['width']}x{row['height']}, {row['bits_per_pixel']} bits"
+            frames[line][row["value"]] = row["microseconds"]
+    if not frames:
+        return
+    figure, axes = plt.subplots(figsize=(9, 0.45 * len(frames) + 1.2), layout="constrained")
+    reached = [0.0] * len(frames)
+    for step, colour in zip(next(iter(frames.values())), plt.get_cmap("Set2").colors):
+        times = [steps[step] for steps in frames.values()]
+        axes.barh(range(len(frames)), times, left=reached, color=colour, label=step)
+        reached = [end + time for end, time in zip(reached, times)]
+    axes.set_yticks(range(len(frames)), list(frames))
+    axes.invert_yaxis()
+    axes.set_xlabel("microseconds of a frame")
+    axes.grid(axis="x", alpha=0.4)
+    axes.set_axisbelow(True)
+    axes.legend(loc="upper center", bbox_to_anchor=(0.45, 1.22), ncols=7, frameon=False)
+    save(figure, folder / "frames.svg")
+
+
 def main():
     parser = argparse.ArgumentParser(description="Plots the CSV of scroll2d_bench.")
     parser.add_argument("csv", type=pathlib.Path, help="written by scroll2d_bench --csv")
@@ -210,6 +234,7 @@ def main():
     plot_drawing(rows, arguments.folder)
     plot_moves(rows, arguments.folder)
     plot_growth(rows, arguments.folder)
+    plot_frames(rows, arguments.folder)
 
 
 if __name__ == "__main__":
