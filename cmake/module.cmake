@@ -68,22 +68,12 @@ if(EMSCRIPTEN)
     return()
 endif()
 
+# The finished file shows the symbols of a list and no others. How that is said depends on its format.
 add_library(RVK_mod_scroll2D MODULE $<TARGET_OBJECTS:scroll2d_objects>)
-set_target_properties(RVK_mod_scroll2D PROPERTIES
-    PREFIX ""
-    LINKER_LANGUAGE CXX
-    LINK_DEPENDS ${CMAKE_SOURCE_DIR}/module/entry/exports.map)
-target_link_options(RVK_mod_scroll2D PRIVATE
-    -Wl,--version-script=${CMAKE_SOURCE_DIR}/module/entry/exports.map -Wl,-z,defs -Wl,--gc-sections
-    # Code and constants share their pages; apart, they would be filled up with zeros.
-    -Wl,-z,noseparate-code
-    # Other modules of a host may export names of their own like ours.
-    -Wl,-Bsymbolic)
-if(SCROLL2D_SANITIZE)
-    # The sanitizers' runtime comes with the program that loads the module.
-    target_link_options(RVK_mod_scroll2D PRIVATE -Wl,-z,undefs)
+set_target_properties(RVK_mod_scroll2D PROPERTIES PREFIX "" LINKER_LANGUAGE CXX)
+set(module_exports ${CMAKE_SOURCE_DIR}/module/entry/exports.map)
+if(WIN32)
+    include(cmake/link_pe.cmake)
 else()
-    # No C++ runtime; of libgcc only the static part (64-bit division, the processor check).
-    target_link_options(RVK_mod_scroll2D PRIVATE -nodefaultlibs)
-    target_link_libraries(RVK_mod_scroll2D PRIVATE c gcc)
+    include(cmake/link_elf.cmake)
 endif()

@@ -5,12 +5,13 @@
  *     cc -m32 -std=c99 -I PREFIX/include one_page_host.c -ldl -o one_page_host
  *     ./one_page_host PREFIX/lib/rvk/RVK_mod_scroll2D.so picture.ppm
  *
+ * For Windows with i686-w64-mingw32-gcc, without -m32 and -ldl; the module is then RVK_mod_scroll2D.dll.
+ *
  * What goes wrong is said on standard error; the exit status is then 1, or 2 for a wrong command line.
  *
  * It has no interpreter, no processes and no files, so it fills only the slots that a scroll without sprites
  * reaches. The guide (host-authors.md) says what each slot must do in a full host; sprites_host.c goes on from here.
  */
-#include <dlfcn.h>
 #include <errno.h>
 #include <stdarg.h>
 #include <stdio.h>
@@ -21,6 +22,27 @@
 #include <rvk/host_records.h>
 
 /* clang-format off: a slot to a line keeps this to a page */
+
+/* ---- The system's loader; that of Windows by the names that others have for theirs. */
+#ifdef _WIN32
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+enum { RTLD_NOW = 0, RTLD_LOCAL = 0 };
+static void* dlopen(const char* path, int mode) { return (void)mode, (void*)LoadLibraryA(path); }
+static void* dlsym(void* module, const char* name) {
+    const FARPROC found = GetProcAddress((HMODULE)module, name);
+    void* symbol = NULL;
+    return memcpy(&symbol, &found, sizeof symbol), symbol;
+}
+static const char* dlerror(void) {
+    static char reason[200] = "unknown reason";
+    FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK, NULL,
+                   GetLastError(), 0, reason, sizeof reason, NULL);
+    return reason;
+}
+#else
+#include <dlfcn.h>
+#endif
 
 enum { screen_width = 320, screen_height = 200, map_width = 192, map_height = 160 };
 /* The script global scroll[10]: its elements, and where some of their fields are. */
@@ -159,7 +181,7 @@ static int load(const char* path) {
         .RegisterConstants = RegisterConstants, .RegisterGlobals = RegisterGlobals,
         .RegisterFunctions = RegisterFunctions, .RegisterHooks = RegisterHooks, .GetRuntime = GetRuntime};
     int32_t (*exports)(const ExportRegistrar*) = NULL;
-    if (strchr(path, '/') == NULL) /* dlopen would look among the system's libraries, and not here */
+    if (strpbrk(path, "/\\") == NULL) /* dlopen would look among the system's libraries, and not here */
         return failed("%s: write a path with a slash, ./%s for a file in this folder", path, path);
     void* const module = dlopen(path, RTLD_NOW | RTLD_LOCAL);
     if (module == NULL) return failed("cannot load the module: %s", dlerror());

@@ -2,17 +2,17 @@
 
 #include <dlfcn.h>
 
-#include "host/error.h"
+#include "host/library_file.h"
 
 namespace host {
 
 LibraryHandle open_library(const std::filesystem::path& path) {
-    if (!std::filesystem::is_regular_file(path)) throw Error("there is no module file " + path.string());
+    require_library_file(path);
     // An absolute path, since the loader looks for a bare name elsewhere than in the current folder.
     void* const library = dlopen(std::filesystem::absolute(path).c_str(), RTLD_NOW | RTLD_LOCAL);
     if (library != nullptr) return library;
     const char* reason = dlerror();
-    throw Error("cannot load " + path.string() + ": " + (reason != nullptr ? reason : "unknown reason"));
+    refuse_library(path, reason != nullptr ? reason : "unknown reason");
 }
 
 void close_library(LibraryHandle library) noexcept {

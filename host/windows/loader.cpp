@@ -4,17 +4,18 @@
 
 #include <system_error>
 
-#include "host/error.h"
+#include "host/library_file.h"
 
 namespace host {
 
 LibraryHandle open_library(const std::filesystem::path& path) {
-    if (!std::filesystem::is_regular_file(path)) throw Error("there is no module file " + path.string());
-    // An absolute path, since the loader looks for a bare name elsewhere than in the current folder.
-    const HMODULE library = LoadLibraryW(std::filesystem::absolute(path).c_str());
+    require_library_file(path);
+    // An absolute path, since the loader looks for a bare name elsewhere than in the current folder; it knows
+    // no other slashes than its own.
+    const HMODULE library = LoadLibraryW(std::filesystem::absolute(path).make_preferred().c_str());
     if (library != nullptr) return library;
     const auto reason = static_cast<int>(GetLastError());
-    throw Error("cannot load " + path.string() + ": " + std::system_category().message(reason));
+    refuse_library(path, std::system_category().message(reason));
 }
 
 void close_library(LibraryHandle library) noexcept {

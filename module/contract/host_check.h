@@ -12,9 +12,10 @@
 #define RVK_REQUIRE(record, type, slot) \
     if (!(record)->slot) return #type "." #slot
 
-/* To be asked before registration. "ExportRegistrar.GetRuntime" or the like: the first slot that is null;
- * null when there is none. */
+/* To be asked before registration. "ExportRegistrar.GetRuntime" or the like: the first slot that is null, or
+ * the record; null when there is none. */
 static inline const char* rvk_missing_registrar_slot(const ExportRegistrar* registrar) {
+    if (!registrar) return "ExportRegistrar";
     RVK_REQUIRE(registrar, ExportRegistrar, RegisterConstants);
     RVK_REQUIRE(registrar, ExportRegistrar, RegisterGlobals);
     RVK_REQUIRE(registrar, ExportRegistrar, RegisterFunctions);
@@ -55,6 +56,7 @@ static inline const char* rvk_missing_graphics_slot(const Graphics2DInterface* g
  * is null, null when there is none. sprites: nonzero when there are going to be processes of type c_scroll,
  * which need the six sprite routines as well. */
 static inline const char* rvk_missing_slot(const HostRuntime* runtime, int32_t sprites) {
+    if (!runtime) return "HostRuntime";
     RVK_REQUIRE(runtime, HostRuntime, GlobalData);
     RVK_REQUIRE(runtime, HostRuntime, Processes);
     RVK_REQUIRE(runtime->Processes, ProcessServices, FirstProcessOfType);

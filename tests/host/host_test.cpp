@@ -1,25 +1,20 @@
 // The host as a world: loading, calls, globals, files, regions, and its watch over the contract. Lists of
 // processes and of blit entries are what the module's random games lean on.
 #include <doctest/doctest.h>
-#include <unistd.h>
 
-#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string_view>
 #include <utility>
 
 #include "host/engine.h"
+#include "module/contract/host_check.h"
+#include "tests/system.h"
 
 #define CHECK_ERROR(expression, part) \
     CHECK_THROWS_WITH_AS(static_cast<void>(expression), doctest::Contains(part), host::Error)
 
 namespace {
-
-// Whether a byte can be read: the kernel refuses to copy one that cannot.
-bool readable(const std::byte* at) {
-    static int ends[2];
-    static const int opened = pipe(ends);
-    char copy = 0;
-    return opened == 0 && write(ends[1], at, 1) == 1 && read(ends[0], &copy, 1) == 1;
-}
 
 HostRuntime& runtime() {
     return host::Engine::live()->runtime();
@@ -71,6 +66,15 @@ TEST_CASE("A module that cannot be loaded is refused with the reason, and the en
     CHECK_ERROR(engine.load("no/such/module.so"), "no module file no/such/module.so");
     CHECK_ERROR(engine.load("/proc/self/exe"), "cannot load");
     CHECK_ERROR(engine.load(STANDIN_EMPTY), "does not export RVK_mod_scroll2D_MainLibraryDependencies");
+    const std::string_view strangers[][2] = {
+        {{"\177ELF\1\1\1\0\0\0\0\0\0\0\0\0\3\0\267\0", 20}, "it is made for 64-bit ARM under Linux"},
+        {{"\0asm\1\0\0\0", 8}, "it is made for WebAssembly"},
+        {{"MZ", 2}, "cannot load stranger"}};
+    for (const auto& [bytes, reason] : strangers) {
+        std::ofstream("stranger", std::ios::binary) << bytes;
+        CHECK_ERROR(engine.load("stranger"), std::string(reason).c_str());
+    }
+    std::filesystem::remove("stranger");
     const char* flaws[][2] = {{"needs more", "needs RVK_mod_sound"},
                               {"bad globals", "expected a number of 32 bits at character 21"},
                               {"bad signature", "\"odd(I,S)\" is not of the form"},
@@ -80,10 +84,10 @@ TEST_CASE("A module that cannot be loaded is refused with the reason, and the en
                               {"twice", "twice or out of order"},
                               {"refuses", "returned 0, not 1"}};
     for (const auto& [flaw, reason] : flaws) {
-        setenv("STANDIN_FLAW", flaw, 1);
+        tests::set_environment("STANDIN_FLAW", flaw);
         CHECK_ERROR(engine.load(STANDIN), reason);
     }
-    unsetenv("STANDIN_FLAW");
+    tests::set_environment("STANDIN_FLAW", "");
     CHECK_FALSE(engine.loaded());
     engine.load(STANDIN);
     CHECK(engine.constants().size() == 2);
@@ -109,6 +113,8 @@ TEST_CASE("Every slot that is null is named before a module can call it") {
     try_without(engine.frame_state(), 0, 7);
     try_without(engine.graphics(), 0, 45);  // the module fills word 85
     CHECK(slots == 5 + 9 + 2 + 1 + 22);
+    CHECK(rvk_missing_registrar_slot(nullptr) == std::string("ExportRegistrar"));
+    CHECK(rvk_missing_slot(nullptr, 0) == std::string("HostRuntime"));
 }
 
 TEST_CASE("A call is bound by name and number of arguments and watched until it returns") {
@@ -238,10 +244,10 @@ TEST_CASE("Fenced memory ends at unreadable pages, and writes beside it show") {
         for (const std::span<std::byte> block :
              {map, engine.screen().bytes(),
               std::span(table, static_cast<std::size_t>(engine.regions().count()) * 16)}) {
-            CHECK(readable(block.data()));
-            CHECK(readable(&block.back()));
-            CHECK(readable(block.data() + block.size()) != after);
-            CHECK(readable(block.data() - 1) == after);
+            CHECK(tests::is_readable(block.data()));
+            CHECK(tests::is_readable(&block.back()));
+            CHECK(tests::is_readable(block.data() + block.size()) != after);
+            CHECK(tests::is_readable(block.data() - 1) == after);
         }
         CHECK(engine.untouched().empty());
         (after ? map.data()[-1] : map.data()[map.size()]) = std::byte{0};

@@ -79,7 +79,7 @@ Lockstep::Lockstep(const host::Options& options, const std::filesystem::path& mo
         *inside_->widest_unit = widest;
         *inside_->asking = asking;
     }
-    memory.attach(module.c_str());
+    memory.attach(module.string().c_str());
     // A module that was not unloaded since its last game may remember positions of second planes.
     engine.files().create_map(1, 1, 1, 1);
     for (std::int32_t n = 0; n < 10; ++n) engine.call("scroll_start", {n, 1, 1, 1, -1, 0});

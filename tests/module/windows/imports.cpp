@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <cstring>
+#include <filesystem>
 
 namespace tests {
 namespace {
@@ -23,7 +24,7 @@ bool write(IMAGE_THUNK_DATA& place, std::uintptr_t to) {
 }  // namespace
 
 int redirect_import(const char* path, const char* name, std::uintptr_t to) {
-    const HMODULE library = GetModuleHandleA(path);
+    const HMODULE library = GetModuleHandleW(std::filesystem::absolute(path).make_preferred().c_str());
     if (library == nullptr) return 0;
     const auto& headers = *at<IMAGE_NT_HEADERS>(library, at<IMAGE_DOS_HEADER>(library, 0)->e_lfanew);
     const auto& imports = headers.OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];

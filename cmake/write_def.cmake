@@ -1,0 +1,18 @@
+# Writes the module-definition file DEF from the version script MAP, whose data carries a comment that says so, and from
+# the names in DATA.
+file(STRINGS ${MAP} lines REGEX ";")
+set(text "EXPORTS\n")
+foreach(line IN LISTS lines)
+    if(line MATCHES "^ *\\*")
+        break()
+    endif()
+    string(REGEX REPLACE "^ *([A-Za-z0-9_]+).*" "\\1" name "${line}")
+    if(line MATCHES "# data$")
+        string(APPEND name " DATA")
+    endif()
+    string(APPEND text "    ${name}\n")
+endforeach()
+foreach(name IN LISTS DATA)
+    string(APPEND text "    ${name} DATA\n")
+endforeach()
+file(WRITE ${DEF} "${text}")
