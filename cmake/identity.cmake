@@ -17,7 +17,7 @@ endif()
 
 # Debug information changes no instruction. It leaves the file once that is linked, so that what is tested is what ships,
 # and is found again by the id of the build or beside the file. It names no folder of the machine, and so the same
-# sources give the same bytes wherever they are built.
+# sources give the same bytes wherever they are built; without --preserve-dates a DLL would carry the time of its copying.
 if(CMAKE_BUILD_TYPE STREQUAL Release AND NOT SCROLL2D_SANITIZE)
     file(RELATIVE_PATH sources ${CMAKE_BINARY_DIR} ${CMAKE_SOURCE_DIR})  # a compiler cache may turn one into the other
     target_compile_options(scroll2d_objects PRIVATE -g
@@ -26,6 +26,6 @@ if(CMAKE_BUILD_TYPE STREQUAL Release AND NOT SCROLL2D_SANITIZE)
     target_link_options(RVK_mod_scroll2D PRIVATE -Wl,--build-id=sha1)
     set(module_symbols $<TARGET_FILE:RVK_mod_scroll2D>.debug)
     add_custom_command(TARGET RVK_mod_scroll2D POST_BUILD VERBATIM
-        COMMAND ${CMAKE_OBJCOPY} --only-keep-debug $<TARGET_FILE:RVK_mod_scroll2D> ${module_symbols}
-        COMMAND ${CMAKE_OBJCOPY} --strip-all --add-gnu-debuglink=${module_symbols} $<TARGET_FILE:RVK_mod_scroll2D>)
+        COMMAND ${CMAKE_OBJCOPY} --preserve-dates --only-keep-debug $<TARGET_FILE:RVK_mod_scroll2D> ${module_symbols}
+        COMMAND ${CMAKE_OBJCOPY} --preserve-dates --strip-all --add-gnu-debuglink=${module_symbols} $<TARGET_FILE:RVK_mod_scroll2D>)
 endif()

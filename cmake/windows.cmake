@@ -3,7 +3,7 @@
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR i686)
 
-get_filename_component(tree ${CMAKE_CURRENT_LIST_DIR}/../build/windows ABSOLUTE)
+get_filename_component(tree ${CMAKE_CURRENT_LIST_DIR}/../build/win32 ABSOLUTE)
 set(SCROLL2D_TREE ${tree} CACHE PATH "Tree of the target's libraries")
 set(SCROLL2D_TRIPLET i686-w64-mingw32 CACHE STRING "The target's folder in its usr/lib")
 set(SCROLL2D_FETCH tools/fetch_windows.sh CACHE STRING "The script that fetches it")

@@ -2,7 +2,7 @@
 # Brings what builds and runs programs for 32-bit Windows beside the system's cross compiler: Wine, and the player's
 # libraries. Debian has Wine and zlib as packages; Lua and libpng are compiled from its source packages.
 #
-# usage: fetch_windows.sh [TREE]        TREE defaults to build/windows
+# usage: fetch_windows.sh [TREE]        TREE defaults to build/win32
 #
 # Wine takes its C library from the system's libc6-i386, which g++-multilib brings.
 set -euo pipefail
@@ -11,7 +11,7 @@ set -euo pipefail
 packages=(wine32 libwine libz-mingw-w64 libz-mingw-w64-dev)
 sources=(lua5.4 libpng1.6)
 host=i686-w64-mingw32
-tree=${1:-$SCROLL2D_ROOT/build/windows}
+tree=${1:-$SCROLL2D_ROOT/build/win32}
 contents="Wine and the libraries for Windows (98 MB to fetch, 250 MB unpacked)"
 stamp=$(printf '%s\n' "${packages[@]}" "${sources[@]}" "$(sha256sum < "$0")")
 megabytes=800
@@ -58,13 +58,14 @@ in_parallel() {
     quietly xargs -a "$state/arguments" -d '\n' -P "$(nproc)" -n "$most" $command
 }
 
-# As C++, so that its errors are exceptions and run the destructors of what they pass.
+# As C++, so that its errors are exceptions and run the destructors of what they pass. Paths have the same slashes as
+# elsewhere, since scripts take them apart.
 compile_lua() {
     local files
     cd "$unpacked/usr/src/lua5.4/src"
     rm lua.c luac.c
     files=(*.c)
-    compile liblua5.4-c++.a "$host-g++-posix -x c++" "${files[@]}"
+    compile liblua5.4-c++.a "$host-g++-posix -x c++ -DLUA_DIRSEP=\"/\"" "${files[@]}"
     cp lua.h luaconf.h lualib.h lauxlib.h "$headers/lua5.4"
     cd - > /dev/null
 }

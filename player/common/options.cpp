@@ -62,7 +62,8 @@ std::optional<Options> parse_options(int argc, char** argv, int& exit_status) {
 
     CLI::App app{"Plays a game script, in a window or without one. F1 in the window lists its keys."};
     app.failure_message(describe);
-    app.option_defaults()->take_last();  // whoever starts the player for others gives options first
+    app.allow_windows_style_options(false);  // a path may begin with a slash anywhere
+    app.option_defaults()->take_last();      // whoever starts the player for others gives options first
     std::string asked = "main", demos;
     bool list = false;
     app.add_option("script", asked, "The game: a Lua script, or the name of a demo [main]");

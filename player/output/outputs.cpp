@@ -23,7 +23,7 @@ void make_folder(const fs::path& folder) {
 void require_writable(const fs::path& file) {
     if (file.empty()) return;
     make_folder(file.parent_path());
-    const NewFile tried(file);
+    const NewFile tried(file.string());
 }
 
 // The place of the sheet is the one that people give to pictures of their own as well.

@@ -49,7 +49,7 @@ constexpr Binding search_binding = {"", 0, any_number, search_and_note};
 void open_libraries(lua_State* L, const Options& options) {
     luaL_openlibs(L);
     lua_warning(L, "@on", 0);
-    const std::string folder = std::filesystem::absolute(options.script).parent_path().string();
+    const std::string folder = std::filesystem::absolute(options.script).parent_path().generic_string();
     lua_getglobal(L, "package");
     lua_getfield(L, -1, "path");
     lua_pushfstring(L, "%s/?.lua;%s", folder.c_str(), lua_tostring(L, -1));

@@ -33,7 +33,7 @@ TEST_CASE("a demo is found by the end of its path, and a mistyped one named") {
     // The path that is found below the root, or what is said.
     const auto found = [&](const std::string& asked) -> std::string {
         try {
-            return fs::path(find_script(asked, demos)).lexically_relative(root);
+            return fs::path(find_script(asked, demos)).lexically_relative(root).generic_string();
         } catch (const std::exception& error) {
             return error.what();
         }

@@ -19,7 +19,7 @@ struct Scratch {
     [[nodiscard]] Options game(const std::string& text) const {
         std::ofstream(folder / "game.lua") << text;
         Options options;
-        options.script = folder / "game.lua";
+        options.script = (folder / "game.lua").string();
         options.module = SCROLL2D_MODULE;
         return options;
     }
@@ -48,7 +48,8 @@ TEST_CASE("every file that a script reads is watched") {
     const Scratch scratch;
     const Options options =
         scratch.game(R"(require "part" load_map(1, 10, "map.png") background "sky.png" quit())");
-    for (const char* name : {"map.png", "sky.png"}) write_png(scratch.folder / name, Picture(2, 2));
+    for (const char* name : {"map.png", "sky.png"})
+        write_png((scratch.folder / name).string(), Picture(2, 2));
     std::ofstream(scratch.folder / "part.lua") << "return 1";
     for (const char* name : {"game.lua", "part.lua", "map.png", "sky.png"}) {
         Session session(options);
