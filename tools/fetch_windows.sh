@@ -12,11 +12,12 @@ packages=(wine32 libwine libz-mingw-w64 libz-mingw-w64-dev)
 sources=(lua5.4 libpng1.6)
 host=i686-w64-mingw32
 tree=${1:-$SCROLL2D_ROOT/build/win32}
-contents="Wine and the libraries for Windows (98 MB to fetch, 250 MB unpacked)"
+contents="Wine and the libraries for Windows"
 stamp=$(printf '%s\n' "${packages[@]}" "${sources[@]}" "$(sha256sum < "$0")")
 megabytes=800
 
 fill() {
+    say "98 MB to fetch, 270 MB unpacked; a minute or two"
     read_lists i386
     download "${packages[@]}"
     unpack
