@@ -62,7 +62,7 @@ template <class Pixel>
 struct Chequered {
     Ink<Pixel> ink;
     constexpr Pixel operator()(Pixel d, Pixel s, std::int32_t place) const {
-        return (s != 0) & ((place & 1) == 0) ? ink(s) : d;
+        return ((s != 0) & ((place & 1) == 0)) ? ink(s) : d;
     }
 };
 
