@@ -70,7 +70,8 @@ std::string hint(const std::string& asked, const fs::path& demos, const std::vec
     for (const fs::path& script : neighbours)
         names.push_back(without_extension(folder / script.filename()).string());
     for (const fs::path& script : scripts)
-        for (const fs::path& end : ends_of(script, demos)) names.push_back(without_extension(end).string());
+        for (const fs::path& end : ends_of(script, demos))
+            names.push_back(without_extension(end).generic_string());
     const fs::path wanted = without_extension(asked);
     // A long path is no licence to misread a short name.
     const auto name = closest(wanted.string(), names, wanted.filename().string().size());
