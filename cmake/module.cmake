@@ -48,7 +48,8 @@ endif()
 
 if(NOT SCROLL2D_SANITIZE)
     target_compile_options(scroll2d_objects PRIVATE
-        $<$<CONFIG:Release>:-Os>
+        # Emscripten's compiler lets -Os prevail over what follows it, and then writes past the end of rows.
+        $<$<AND:$<CONFIG:Release>,$<NOT:$<BOOL:${EMSCRIPTEN}>>>:-Os>
         # The finished file may import malloc, free and memcpy only: no memset or memmove made from loops.
         $<IF:$<CXX_COMPILER_ID:GNU>,-fno-tree-loop-distribute-patterns,-fno-builtin-memset> -fno-stack-protector
         # No exception passes through the module, and a debugger finds its unwinding beside the symbols.

@@ -62,7 +62,7 @@ std::string_view made_for(const std::filesystem::path& path) {
     // A program of Windows begins with one of its predecessor, which tells where the header is.
     if (header.starts_with("MZ"))
         header.remove_prefix(std::min<std::size_t>(header.size(), number_at(header, 0x3c)));
-    const auto* found = std::ranges::find_if(kinds, [&](const Kind& kind) {
+    const auto* found = std::find_if(std::begin(kinds), std::end(kinds), [&](const Kind& kind) {
         return header.starts_with(kind.format) && number_at(header, kind.at) == kind.machine;
     });
     return found != std::end(kinds) ? found->made_for : "";
