@@ -4,5 +4,5 @@
 #
 # usage: imports.sh OBJECT
 set -euo pipefail
-found=$(llvm-nm --undefined-only --just-symbol-name "$1" | sort | xargs)
+found=$(emnm --undefined-only --just-symbol-name "$1" | sort | xargs)
 [[ $found == "__indirect_function_table __stack_pointer free malloc memcpy" ]] || { echo "$1 lacks: $found"; exit 1; }
