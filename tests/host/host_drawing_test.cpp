@@ -22,18 +22,20 @@ bool coin() {
     return between(0, 1) != 0;
 }
 
-// Runs of pixels that are transparent, opaque or of any kind.
+// Runs of pixels that are transparent, opaque, of a single bit of alpha, or of any kind.
 void scatter(host::Bitmap& bitmap) {
     const std::int32_t longest = between(1, 25);
     std::int32_t kind = 0;
     std::int32_t left = 0;
+    std::int32_t one_bit = 24;
     for (std::int32_t y = 0; y < bitmap.height(); ++y)
         for (std::int32_t x = 0; x < bitmap.width(); ++x) {
-            if (left-- == 0) kind = between(0, 2), left = between(0, longest);
+            if (left-- == 0) kind = between(0, 3), left = between(0, longest), one_bit = between(24, 31);
             bitmap.set_pixel(x, y,
                              kind == 0   ? 0
                              : kind == 1 ? random_source()
-                                         : random_source() | 0xFF000000U);
+                             : kind == 2 ? random_source() | 0xFF000000U
+                                         : (random_source() & 0xFFFFFFU) | 1U << one_bit);
         }
 }
 
